@@ -1,0 +1,23 @@
+#include "api/cache_settings.h"
+
+#include "api/process_state.h"
+#include "api/run.h"
+#include "model/control.h"
+
+namespace SumaraApi {
+
+void TabulonApi_CacheSettings::SetBufferedReadEnabled(bool bufferedReadEnabled) {
+  for (const auto& [path, run] : State().runs) run->GetControl()->ReleaseReaders();
+  State().bufferedRead = bufferedReadEnabled;
+}
+
+void TabulonApi_CacheSettings::SetRunCachingEnabled(bool runCachingEnabled) {
+  if (!runCachingEnabled) State().runs.clear();
+  State().runCaching = runCachingEnabled;
+}
+
+void TabulonApi_CacheSettings::SetDataTypeForReading(DataTypeSpecifier dataTypeSpecifier) {
+  State().dataTypeForReading = dataTypeSpecifier;
+}
+
+}  // namespace SumaraApi

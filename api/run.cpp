@@ -1,0 +1,212 @@
+#include "api/run.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "api/calculation_types.h"
+#include "api/group.h"
+#include "api/run_files.h"
+#include "api/variable_map.h"
+#include "core/directory.h"
+#include "core/error_context.h"
+#include "core/exceptions.h"
+#include "core/paths.h"
+#include "core/reader.h"
+#include "core/text.h"
+#include "model/control.h"
+
+namespace SumaraApi {
+namespace {
+
+constexpr std::int64_t kTicksPerSecond = 10'000'000;
+
+bool HoldsPhrase(const std::string& text, std::string_view phrase) {
+  return text.find(phrase) != std::string::npos;
+}
+
+CompletionState CompletionStateOf(const std::string& terminationText) {
+  if (HoldsPhrase(terminationText, "Run completed")) return CompletionState::CompletedNormally;
+  if (HoldsPhrase(terminationText, "Run in progress")) return CompletionState::InProgress;
+  if (HoldsPhrase(terminationText, "Run terminated unexpectedly"))
+    return CompletionState::Terminated;
+  if (!HoldsPhrase(terminationText, "*** ERROR")) return CompletionState::Unknown;
+  if (HoldsPhrase(terminationText, "Aborted by user")) return CompletionState::Aborted;
+  return CompletionState::Errored;
+}
+
+/// The calculations that leave no header, by the extension of a file that they do leave.
+CalculationType CalculationTypeOfExtension(std::string_view extension) {
+  if (Sumara::EqualsNoCase(extension, ".$mx")) return CalculationType::UltimateLoadsAnalysis;
+  if (Sumara::EqualsNoCase(extension, ".$fp")) return CalculationType::ExtremeLoadExtrapolation;
+  if (Sumara::EqualsNoCase(extension, ".sea")) return CalculationType::SeaState;
+  return CalculationType::Unknown;
+}
+
+}  // namespace
+
+Run::Run(std::string terminationFilePath, bool bufferedRead)
+    : m_terminationFilePath(std::move(terminationFilePath)),
+      m_variables(std::make_unique<VariableMap>()),
+      m_control(std::make_shared<Sumara::CControl>()) {
+  if (bufferedRead) {
+    m_control->SetKeepReadersOpen();
+  } else {
+    m_control->ReleaseReaders();
+  }
+}
+
+Run::~Run() = default;
+
+const std::string& Run::Directory() {
+  if (m_directory.empty()) m_directory = Sumara::DirectoryOf(m_terminationFilePath);
+  return m_directory;
+}
+
+const std::string& Run::Name() {
+  if (m_name.empty()) m_name = Sumara::StemOf(Sumara::FileNameOf(m_terminationFilePath));
+  return m_name;
+}
+
+std::string Run::GetName() { return Name(); }
+std::string Run::GetDirectory() { return Directory(); }
+
+// Change detection.
+
+bool Run::HasChanged() {
+  const std::int64_t lastWrite = Sumara::LastWriteTicks(m_terminationFilePath);
+  if (!m_terminationFileLastWrite) m_terminationFileLastWrite = lastWrite;
+  return std::exchange(m_terminationFileLastWrite, lastWrite) != lastWrite;
+}
+
+void Run::NoteLastWrite() {
+  if (m_terminationFileLastWrite) return;
+  try {
+    m_terminationFileLastWrite = Sumara::LastWriteTicks(m_terminationFilePath);
+  } catch (const std::filesystem::filesystem_error&) {
+    // A file that is gone is noticed by whoever asks whether it has changed.
+  }
+}
+
+// Side files.
+
+const std::string& Run::Content(std::string& cached, const std::string& path,
+                                const char* description) {
+  if (!cached.empty() && !HasChanged()) return cached;
+  NoteLastWrite();
+  cached.clear();  // a read that fails must not leave the text of before the change
+  cached = Sumara::ReadWholeFile(path, description, /*trim=*/true);
+  return cached;
+}
+
+std::string Run::GetTerminationFileContent() {
+  return Content(m_terminationFileContent, m_terminationFilePath, "run termination file");
+}
+
+std::string Run::GetMessageFileContent() {
+  return Content(m_messageFileContent, DirectoryAndName() + MessageFileExtension,
+                 "run message file");
+}
+
+std::string Run::GetVerificationFileContent() {
+  return Content(m_verificationFileContent, DirectoryAndName() + VerificationFileExtension,
+                 "run verification file");
+}
+
+std::string Run::GetTimestamp() {
+  if (m_timestamp.empty() || HasChanged()) {
+    NoteLastWrite();
+    m_timestamp.clear();
+    m_timestamp = Sumara::LastWriteTimeText(m_terminationFilePath);
+  }
+  return m_timestamp;
+}
+
+double Run::GetExecutionDurationSeconds() {
+  if (HasChanged()) m_executionDuration.reset();
+  if (!m_executionDuration) {
+    const std::string start = DirectoryAndName() + VerificationFileExtension;
+    if (!Sumara::Exists(start)) {
+      throw CIOException(5022, Sumara::FileContext(start),
+                         "Attempting to get run execution duration");
+    }
+    const std::int64_t seconds =
+        (*m_terminationFileLastWrite - Sumara::LastWriteTicks(start)) / kTicksPerSecond;
+    if (seconds < 0) throw Sumara::CException(143, "Run: " + DirectoryAndName());
+    m_executionDuration = seconds;
+  }
+  return static_cast<double>(*m_executionDuration);
+}
+
+CompletionState Run::GetCompletionState() { return CompletionStateOf(GetTerminationFileContent()); }
+bool Run::HasFinished() { return !HoldsPhrase(GetTerminationFileContent(), "Run in progress"); }
+bool Run::WasSuccessful() { return HoldsPhrase(GetTerminationFileContent(), "Run completed"); }
+
+bool Run::WasUnsuccessful() {
+  const CompletionState state = GetCompletionState();
+  return state == CompletionState::Terminated || state == CompletionState::Errored ||
+         state == CompletionState::Aborted;
+}
+
+// Calculation.
+
+CalculationType Run::GetCalculationType() {
+  return ResolveCalculationType(/*checkUnsupportedExtensions=*/true);
+}
+
+CalculationType Run::GetCalculationTypeFromHeaders() {
+  return ResolveCalculationType(/*checkUnsupportedExtensions=*/false);
+}
+
+CalculationType Run::ResolveCalculationType(bool checkUnsupportedExtensions) {
+  if (!m_calculationType) {
+    m_calculationType = m_groups.empty() ? ScanForCalculationType(checkUnsupportedExtensions)
+                                         : m_groups.front()->GetCalculationType();
+  }
+  return *m_calculationType;
+}
+
+CalculationType Run::ScanForCalculationType(bool checkUnsupportedExtensions) {
+  CalculationType type = CalculationType::Unknown;
+  NoteLastWrite();
+  ForEachFileOfRun(Directory(), Name(), [&](const std::string& fileName) {
+    const std::string_view extension = Sumara::ExtensionOf(fileName);
+    if (IsHeaderExtension(extension)) {
+      type = CalculationTypeOfHeader(Directory() + fileName);
+      return false;
+    }
+    if (checkUnsupportedExtensions) type = CalculationTypeOfExtension(extension);
+    return type == CalculationType::Unknown;
+  });
+  return type;
+}
+
+CalculationType Run::CalculationTypeOfHeader(const std::string& path) const {
+  CReader<float, float> header(path, static_cast<std::int32_t>(FileMode::kReadText));
+  header.Open();
+  std::string content;
+  header.SeekLabel("CONTENT", content, {.rewind = true});
+  Sumara::StripQuotes(content);
+  return CalculationTypeOf(content);
+}
+
+std::string Run::GetCalculationDescriptiveName() {
+  if (m_calculationDescriptiveName.empty())
+    m_calculationDescriptiveName = DescriptiveNameOf(GetCalculationType());
+  return m_calculationDescriptiveName;
+}
+
+bool Run::Classify(Classification& cached, bool (*isOfClass)(CalculationType)) {
+  if (!cached.known) cached = {true, isOfClass(GetCalculationType())};
+  return cached.value;
+}
+
+bool Run::IsTurbineSimulation() {
+  return Classify(m_isTurbineSimulation, &SumaraApi::IsTurbineSimulation);
+}
+bool Run::IsSupportingCalculation() { return Classify(m_isSupportingCalculation, &IsSupporting); }
+bool Run::IsPostProcessingCalculation() {
+  return Classify(m_isPostProcessingCalculation, &IsPostProcessing);
+}
+bool Run::IsCalculationTypeSupported() { return IsSupported(GetCalculationType()); }
+
+}  // namespace SumaraApi

@@ -1,0 +1,29 @@
+#include "api/run_files.h"
+
+#include <algorithm>
+
+#include "core/directory.h"
+#include "core/text.h"
+
+namespace SumaraApi {
+
+bool IsHeaderExtension(std::string_view extension) {
+  return extension.size() >= 3 && extension[1] == '%' &&
+         std::all_of(extension.begin() + 2, extension.end(), Sumara::IsDigit);
+}
+
+void ForEachFileOfRun(const std::string& directory, const std::string& runName,
+                      const std::function<bool(const std::string& fileName)>& visit) {
+  Sumara::DirectoryReader entries(directory, "directory_iterator::directory_iterator");
+  while (const Sumara::DirectoryEntry* entry = entries.Next("directory_iterator::operator++")) {
+    // Most entries tell their type; a link that cannot be followed is an error, whatever its name.
+    if (entry->type != Sumara::EntryType::kFile &&
+        !Sumara::IsRegularFile(directory + entry->name, entry->type)) {
+      continue;
+    }
+    if (!Sumara::EqualsNoCase(Sumara::StemOf(entry->name), runName)) continue;
+    if (!visit(entry->name)) return;
+  }
+}
+
+}  // namespace SumaraApi

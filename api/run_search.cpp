@@ -1,0 +1,132 @@
+#include "api/run_search.h"
+
+#include <filesystem>
+
+#include "api/calculation_types.h"
+#include "api/process_state.h"
+#include "api/run.h"
+#include "core/directory_walk.h"
+#include "core/error_context.h"
+#include "core/exceptions.h"
+#include "core/paths.h"
+#include "core/text.h"
+
+namespace SumaraApi {
+namespace {
+
+constexpr std::int32_t kFileNotFound = 5022;
+
+bool PassesCalculationFilter(Run& run, CalculationType filter) {
+  switch (filter) {
+    case CalculationType::AllCalculationTypes:
+      return true;
+    case CalculationType::AllTurbineSimulations:
+      return run.IsTurbineSimulation();
+    case CalculationType::AllSupportingCalculations:
+      return run.IsSupportingCalculation();
+    case CalculationType::AllPostProcessingCalculations:
+      return run.IsPostProcessingCalculation();
+    default:
+      return run.GetCalculationType() == filter;
+  }
+}
+
+bool PassesCompletionFilter(Run& run, CompletionState filter) {
+  if (filter == CompletionState::AllCompletionStates) return true;
+  const CompletionState state = run.GetCompletionState();
+  if (filter != CompletionState::UnsuccessfulRunsOnly) return state == filter;
+  return state == CompletionState::Terminated || state == CompletionState::Errored ||
+         state == CompletionState::Aborted;
+}
+
+std::string CanonicalTerminationPath(const Sumara::DirectoryWalk& walk) {
+  try {
+    return walk.CanonicalEntryPath();
+  } catch (const CIOException& failure) {
+    if (failure.ErrorCode() != kFileNotFound) throw;
+    throw Sumara::CException(141, Sumara::FileContext(walk.EntryPath()));
+  }
+}
+
+RunPtr CachedOrNewRun(const std::string& path) {
+  const auto& runs = State().runs;
+  const auto cached = runs.find(path);
+  return cached != runs.end() ? cached->second : std::make_shared<Run>(path, State().bufferedRead);
+}
+
+std::vector<RunPtr> Walk(const std::string& rootDirectory, const RunQuery& query) {
+  RunNameMatcher matcher(query.pattern, query.isRegularExpression);
+  const bool takesAll = IsFilterSkipped();
+  std::vector<RunPtr> found;
+  for (Sumara::DirectoryWalk walk(rootDirectory); !walk.AtEnd(); walk.Advance()) {
+    if (!IsTerminationFileName(walk.Entry().name)) {
+      if (query.scope == SearchScope::RootDirectoryOnly && walk.IsAtDirectory())
+        walk.DisableRecursion();
+      continue;
+    }
+    if (!matcher.Matches(walk.Entry().name)) continue;
+    RunPtr run = CachedOrNewRun(CanonicalTerminationPath(walk));
+    if (takesAll || PassesFilter(*run)) found.push_back(std::move(run));
+  }
+  return found;
+}
+
+}  // namespace
+
+bool RunNameMatcher::Matches(std::string_view fileName) {
+  if (m_pattern.empty()) return true;
+  const std::string_view name = Sumara::StemOf(fileName);
+  if (m_isRegularExpression) return MatchesExpression(name);
+  if (State().filters.runNameCase == CaseSensitivity::MatchCase) return name == m_pattern;
+  return Sumara::EqualsNoCase(name, m_pattern);
+}
+
+bool RunNameMatcher::MatchesExpression(std::string_view name) {
+  try {
+    if (!m_expression) {
+      auto flags = std::regex::ECMAScript;
+      if (State().filters.runNameCase == CaseSensitivity::IgnoreCase) flags |= std::regex::icase;
+      m_expression.emplace(m_pattern, flags);
+    }
+    return std::regex_match(name.begin(), name.end(), *m_expression);
+  } catch (const std::regex_error& failure) {
+    throw Sumara::CException(169, "Expression: " + m_pattern, failure.what());
+  }
+}
+
+bool IsTerminationFileName(std::string_view fileName) {
+  return Sumara::EqualsNoCase(Sumara::ExtensionOf(fileName), Run::TerminationFileExtension);
+}
+
+bool IsFilterSkipped() {
+  const SearchFilters& filters = State().filters;
+  return filters.calculationType == CalculationType::AllCalculationTypes &&
+         filters.completionState == CompletionState::AllCompletionStates &&
+         filters.includeUnsupported;
+}
+
+bool PassesFilter(Run& run) {
+  const SearchFilters& filters = State().filters;
+  return PassesCalculationFilter(run, filters.calculationType) &&
+         (filters.includeUnsupported || IsSupported(run.GetCalculationTypeFromHeaders())) &&
+         PassesCompletionFilter(run, filters.completionState);
+}
+
+std::vector<RunPtr> SearchRuns(const std::string& rootDirectory, const RunQuery& query) {
+  if (!Sumara::IsDirectory(rootDirectory)) {
+    throw Sumara::CException(139, Sumara::DirectoryContext(rootDirectory));
+  }
+  std::vector<RunPtr> found;
+  try {
+    found = Walk(rootDirectory, query);
+  } catch (const std::filesystem::filesystem_error& failure) {
+    throw Sumara::CException(140, Sumara::DirectoryContext(rootDirectory), failure.what());
+  }
+  if (State().runCaching) {
+    for (const RunPtr& run : found)
+      State().runs.insert_or_assign(run->GetTerminationFilePath(), run);
+  }
+  return found;
+}
+
+}  // namespace SumaraApi

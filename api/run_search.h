@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+#include <regex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "api/types.h"
+
+namespace SumaraApi {
+
+/// What a search looks for, beside the search settings.
+struct RunQuery {
+  std::string pattern;  ///< a name or an expression; empty matches any name
+  bool isRegularExpression = false;
+  SearchScope scope = SearchScope::RecursiveSearch;
+};
+
+/// Whether the base name of a file is the one that is sought. An expression is compiled at the
+/// first name, so that a bad one is noticed there and not before.
+class RunNameMatcher {
+ public:
+  RunNameMatcher(const std::string& pattern, bool isRegularExpression)
+      : m_pattern(pattern), m_isRegularExpression(isRegularExpression) {}
+
+  /// \throws Sumara::CException 169
+  bool Matches(std::string_view fileName);
+
+ private:
+  bool MatchesExpression(std::string_view name);
+
+  const std::string& m_pattern;
+  bool m_isRegularExpression;
+  std::optional<std::regex> m_expression;
+};
+
+/// Whether a file name is that of a termination file, whatever its case.
+bool IsTerminationFileName(std::string_view fileName);
+
+/// Whether the settings let every run pass, so that nothing has to be asked of a run.
+bool IsFilterSkipped();
+
+/// Whether the settings let a run pass; what they ask for is cached in the run.
+bool PassesFilter(Run& run);
+
+/// \throws Sumara::CException 139, 140, 141, 169
+std::vector<RunPtr> SearchRuns(const std::string& rootDirectory, const RunQuery& query);
+
+}  // namespace SumaraApi

@@ -1,0 +1,67 @@
+#include "api/variable.h"
+
+#include <utility>
+
+#include "api/group_facts.h"
+#include "api/independent_variable.h"
+#include "api/quantity_table.h"
+#include "core/exceptions.h"
+#include "model/control.h"
+#include "model/group.h"
+#include "model/model_context.h"
+
+namespace SumaraApi {
+
+Variable::Variable(std::string name, std::shared_ptr<Sumara::IGroup> group,
+                   std::shared_ptr<Sumara::CControl> control)
+    : m_name(std::move(name)), m_group(std::move(group)), m_control(std::move(control)) {
+  for (std::uint32_t position = 0; position < m_group->GetNumberOfAxes(); ++position) {
+    m_independentVariables.push_back(std::make_shared<IndependentVariable>(
+        m_group->GetAxis(position, /*mustExist=*/true), m_group));
+  }
+}
+
+Variable::~Variable() = default;
+
+void Variable::Unload() { m_group->UnloadSeries(m_name); }
+
+std::string Variable::Context() const { return Sumara::SeriesContext(m_name, m_group.get()); }
+
+std::string Variable::GetSIUnit() {
+  if (m_siUnit.empty()) {
+    try {
+      m_siUnit = UnitOfQuantityCode(m_group->GetSeriesQuantity(m_name), /*lenient=*/true);
+    } catch (const CExceptionBase& failure) {
+      throw Sumara::CException(145, Context(), failure.what());
+    }
+  }
+  return m_siUnit;
+}
+
+std::string Variable::GetQuantityCode() const {
+  try {
+    return m_group->GetSeriesQuantity(m_name);
+  } catch (const CExceptionBase& failure) {
+    throw Sumara::CException(144, Context(), failure.what());
+  }
+}
+
+std::size_t Variable::GetNumberOfIndependentVariables() const { return m_group->GetNumberOfAxes(); }
+std::string Variable::GetParentGroupName() const { return m_group->GetName(); }
+std::uint64_t Variable::GetParentGroupNumber() const { return m_group->GetGroupNumber(); }
+std::string Variable::GetParentGroupHeaderFileFullPath() { return m_group->GetPath(); }
+double Variable::GetTimeDomainSimulationLength() const { return TimeDomainLengthOf(*m_group); }
+std::size_t Variable::GetDataPointCount() const { return DataPointCountOf(*m_group); }
+VariableDataType Variable::GetDataType() const { return DataTypeOf(*m_group); }
+VariableDataFormat Variable::GetDataFormat() const { return DataFormatOf(*m_group); }
+
+void Variable::EnsureStatistics() {
+  if (m_group->GetPreviewMode() == Sumara::PreviewMode::kWithoutStatistics) {
+    m_control->GetGroup(m_group->GetPath(), Sumara::PreviewMode::kWithStatistics,
+                        Sumara::kFloatCode);
+  } else {
+    m_control->EnsureStoredStatistics(m_group);
+  }
+}
+
+}  // namespace SumaraApi

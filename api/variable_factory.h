@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "api/types.h"
+
+namespace Sumara {
+class CControl;
+class IGroup;
+}  // namespace Sumara
+
+namespace SumaraApi {
+
+/// Makes the variable of a group in the type of code `dataType`, or in the group's own for 0.
+/// \throws Sumara::CException 170, 172
+VariablePtr CreateVariable(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
+                           const std::shared_ptr<Sumara::CControl>& control,
+                           std::uint32_t dataType);
+
+}  // namespace SumaraApi

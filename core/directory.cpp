@@ -1,0 +1,31 @@
+#include "core/directory.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "core/paths_platform.h"
+
+namespace Sumara {
+namespace {
+
+EntryType FollowLink(const std::string& path, EntryType type) {
+  if (type != EntryType::kLink && type != EntryType::kUnknown) return type;
+  const auto [target, error] = Platform::StatusOf(path);
+  if (error != 0 && !Platform::MeansMissing(error)) {
+    throw std::filesystem::filesystem_error("status", path,
+                                            std::error_code(error, std::generic_category()));
+  }
+  return target;
+}
+
+}  // namespace
+
+bool IsRegularFile(const std::string& path, EntryType type) {
+  return FollowLink(path, type) == EntryType::kFile;
+}
+
+bool IsDirectoryEntry(const std::string& path, EntryType type) {
+  return FollowLink(path, type) == EntryType::kDirectory;
+}
+
+}  // namespace Sumara

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/directory.h"
+
+namespace Sumara {
+
+/// A walk over all entries below a directory, each before what it holds, in the order of the file
+/// system. Links to directories are not followed.
+///
+/// The walk knows the canonical path of each entry from that of its root, without asking the
+/// system.
+class DirectoryWalk {
+ public:
+  /// \throws std::filesystem::filesystem_error with the word
+  ///         "recursive_directory_iterator::recursive_directory_iterator"
+  explicit DirectoryWalk(const std::string& root);
+
+  bool AtEnd() const { return m_levels.empty(); }
+  const DirectoryEntry& Entry() const { return m_entry; }
+  /// The path of the entry, as the root was given.
+  std::string EntryPath() const { return m_levels.back().path + m_entry.name; }
+  /// The canonical path of the entry. \throws CIOException 5022, 5024
+  std::string CanonicalEntryPath() const;
+
+  bool IsAtRegularFile() const { return IsRegularFile(EntryPath(), m_entry.type); }
+  bool IsAtDirectory() const { return IsDirectoryEntry(EntryPath(), m_entry.type); }
+
+  /// Has the next `Advance` pass over what the entry holds.
+  void DisableRecursion() { m_descends = false; }
+
+  /// Goes to the next entry. A directory that cannot be entered is an error; the walk stays then.
+  /// \throws std::filesystem::filesystem_error with the word
+  /// "recursive_directory_iterator::operator++"
+  void Advance();
+
+ private:
+  struct Level {
+    DirectoryReader reader;
+    std::string path;       ///< with a trailing separator
+    std::string canonical;  ///< likewise
+  };
+
+  void Enter(const std::string& path, const std::string& canonical, const char* word);
+  void NextOrLeave(const char* word);
+
+  std::vector<Level> m_levels;
+  DirectoryEntry m_entry;
+  bool m_descends = true;
+};
+
+}  // namespace Sumara

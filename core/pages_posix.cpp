@@ -1,0 +1,58 @@
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <limits>
+
+#include "core/pages.h"
+
+namespace Sumara::Pages {
+namespace {
+
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+constexpr std::size_t kLargeBlock =
+    2 * kLargePage;  // from here on large pages are worth asking for
+
+std::size_t PageSize() {
+  static const auto size = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  return size;
+}
+
+std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
+
+char* MapBytes(std::size_t size) {
+  void* const pages =
+      ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  return pages == MAP_FAILED ? nullptr : static_cast<char*>(pages);
+}
+
+/// Maps more than is wanted and gives back what lies before and behind the aligned part.
+char* MapAligned(std::size_t size) {
+  char* const pages = MapBytes(size + kLargePage);
+  if (pages == nullptr) return nullptr;
+  const auto address = reinterpret_cast<std::uintptr_t>(pages);
+  const std::size_t before = RoundUp(address, kLargePage) - address;
+  if (before > 0) ::munmap(pages, before);
+  if (before < kLargePage) ::munmap(pages + before + size, kLargePage - before);
+#ifdef MADV_HUGEPAGE
+  ::madvise(pages + before, size, MADV_HUGEPAGE);
+#endif
+  return pages + before;
+}
+
+}  // namespace
+
+char* Map(std::size_t& size) noexcept {
+  if (size > std::numeric_limits<std::size_t>::max() / 2) return nullptr;
+  const bool large = size >= kLargeBlock;
+  size = RoundUp(size, large ? kLargePage : PageSize());
+  return large ? MapAligned(size) : MapBytes(size);
+}
+
+void Unmap(char* pages, std::size_t size) noexcept { ::munmap(pages, size); }
+
+bool Prepare(char*, std::size_t) noexcept { return true; }
+
+void Release(char* pages, std::size_t size) noexcept { ::madvise(pages, size, MADV_DONTNEED); }
+
+}  // namespace Sumara::Pages

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/reader.h"
+#include "groupfiles/group_header.h"
+
+namespace Sumara {
+
+/// Reads a group header in one pass, forward.
+///
+/// The calls follow the file: `ReadTop`, `ReadAxis` for each axis in file order (of two, the
+/// secondary axis comes first), `ReadNamedParameters`, `ReadStatistics` for each block.
+/// `ReadVariables` starts from the top again. A failure has the code of its field, with the path;
+/// the fields FILE, ACCESS, FORM and RECL leave the failure of the search as it is.
+class CHeaderReader : public CReader<float, float> {
+ public:
+  explicit CHeaderReader(std::string path);
+
+  /// Opens the file. \throws Sumara::CException 81
+  void Start();
+
+  HeaderTop ReadTop();
+
+  /// \param entry the position in DIMENS of the size of this axis.
+  AxisDescription ReadAxis(const HeaderTop& top, std::size_t entry);
+
+  /// The NVARS lines, as they stand; none if NVARS is not on the next line.
+  std::vector<std::string> ReadNamedParameters();
+
+  /// The next statistics block, of `variableCount` variables; none if the next line is no
+  /// statistics.
+  template <class T>
+  std::optional<StatisticsBlock<T>> ReadStatistics(std::uint64_t variableCount);
+
+  HeaderVariables ReadVariables();
+
+ private:
+  std::string Context() const;
+  std::string Field(const char* label, std::int32_t code, bool continuation = true);
+  std::string QuotedField(const char* label, std::int32_t code);
+  std::vector<std::string> QuotedList(const std::string& value, std::int32_t code) const;
+  double Number(const char* label, std::int32_t code);
+  std::uint64_t ReadHeaderRecordCount();
+  void ReadAxisValues(AxisDescription& axis);
+  template <class Value>
+  bool SeekNextLine(const char* label, Value& value, const LabelSearch& how, std::int32_t code);
+  std::vector<double> ReadStatisticsRow(const char* label, std::int32_t code, std::uint64_t count);
+  void CheckNoStatisticsFollow();
+};
+
+/// The data type code of a FORMAT value, or 0 if there is none of that spelling.
+std::uint32_t DataTypeOfFormat(std::string_view format);
+
+}  // namespace Sumara

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <type_traits>
+
+#include "core/numbers.h"
+#include "core/text.h"
+
+namespace Sumara {
+
+/// How many digits `text` begins with; looks at eight characters at a time.
+inline std::size_t CountDigits(std::string_view text) {
+  constexpr std::size_t kBlock = 8;
+  constexpr std::uint64_t kZeros = 0x3030303030303030u;
+  constexpr std::uint64_t kBeyondNine = 0x7676767676767676u;  // carries a byte above 9 into its top bit
+  constexpr std::uint64_t kTopBits = 0x8080808080808080u;
+  std::size_t at = 0;
+  for (; text.size() - at >= kBlock; at += kBlock) {
+    std::uint64_t block;
+    std::memcpy(&block, text.data() + at, kBlock);
+    block ^= kZeros;
+    const std::uint64_t others = ((block + kBeyondNine) | block) & kTopBits;
+    if (others != 0) return at + static_cast<std::size_t>(std::countr_zero(others)) / 8;
+  }
+  while (at < text.size() && IsDigit(text[at])) ++at;
+  return at;
+}
+
+/// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do not
+/// tell.
+template <class U>
+std::size_t PlainNumberSize(std::string_view text) {
+  std::size_t at = 0;
+  const auto is = [&](char a, char b) { return at < text.size() && (text[at] == a || text[at] == b); };
+  if (is('-', '+')) ++at;
+  std::size_t magnitude = CountDigits(text.substr(at));  // the value is below ten to this power
+  at += magnitude;
+  if constexpr (std::is_floating_point_v<U>) {
+    constexpr std::size_t kSafeMagnitude = std::is_same_v<U, float> ? 38 : 300;
+    constexpr std::size_t kMostExponentDigits = 3;
+    std::size_t digits = magnitude;
+    if (is('.', '.')) {
+      const std::size_t fraction = CountDigits(text.substr(++at));
+      digits += fraction;
+      at += fraction;
+    }
+    if (digits == 0) return 0;
+    if (is('e', 'E')) {
+      ++at;
+      const bool negative = is('-', '-');
+      if (is('-', '+')) ++at;
+      const std::size_t first = at;
+      std::size_t power = 0;
+      for (; at < text.size() && IsDigit(text[at]); ++at) {
+        if (at - first == kMostExponentDigits) return 0;
+        power = 10 * power + static_cast<std::size_t>(text[at] - '0');
+      }
+      if (at == first) return 0;
+      if (!negative) magnitude += power;
+    }
+    if (magnitude > kSafeMagnitude) return 0;
+  } else {
+    constexpr std::size_t kSafeDigits = std::is_same_v<U, short> ? 4 : 9;
+    if (magnitude == 0 || magnitude > kSafeDigits) return 0;
+  }
+  return at == text.size() || IsSpace(text[at]) ? at : 0;
+}
+
+/// Passes over one number of `text`, as `ExtractNumber<U>` does, without its value.
+///
+/// Most numbers show by their characters that they convert; only the others are converted. A reader
+/// that wants one column of a text file spends its time here.
+template <class U>
+bool SkipNumber(std::string_view& text) {
+  SkipSpace(text);
+  if (const std::size_t size = PlainNumberSize<U>(text)) {
+    text.remove_prefix(size);
+    return true;
+  }
+  U unused{};
+  return ExtractNumber(text, unused);
+}
+
+}  // namespace Sumara

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/group_base.h"
+#include "model/series2d.h"
+
+namespace Sumara {
+
+/// A group over two axes.
+template <class T>
+class CGroup2D final : public CGroupBase<T> {
+ public:
+  CGroup2D(GroupDescription description, const std::shared_ptr<CAxisBase>& primaryAxis,
+           const std::shared_ptr<CAxisBase>& secondaryAxis);
+
+  /// \throws CException 17 if `series` is not a `CSeries2D<T>`, and as the base
+  void AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) override;
+  bool IsSymmetric() const override;
+
+  /// The data of each series, for the writer; made anew when the number of series has changed.
+  const std::vector<const std::vector<std::vector<T>>*>& SeriesDataPointers();
+
+ protected:
+  std::uint64_t CountOfSecondary() const override;
+  std::shared_ptr<ISeries> MakeSeries(const std::string& name,
+                                      const std::string& quantity) override;
+  bool IsVectorLoaded(const ISeries& series, std::uint64_t secondary) const override;
+  std::vector<T>& VectorToFill(ISeries& series, std::uint64_t secondary) override;
+  void MarkFilled(ISeries& series, std::uint64_t secondary) override;
+
+ private:
+  std::vector<const std::vector<std::vector<T>>*> m_seriesDataPointers;
+};
+
+}  // namespace Sumara

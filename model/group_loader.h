@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "model/group.h"
+
+namespace Sumara {
+
+/// Builds a group from its header.
+///
+/// \param targetType the type in which to hold the data, or 0 for the type in the file.
+/// \param enter takes the group into its registry, once its axes and reader stand.
+/// \throws CException with the code of the field that fails; CIOException for the first four
+/// fields.
+std::shared_ptr<IGroup> LoadGroup(const std::string& path, PreviewMode previewMode,
+                                  std::uint32_t targetType,
+                                  const std::function<void(const std::shared_ptr<IGroup>&)>& enter);
+
+/// Reads the statistics blocks of the header at `path` into a group that was loaded without them.
+void LoadStoredStatistics(const std::string& path, IGroup& group);
+
+}  // namespace Sumara

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Sumara {
+
+/// The files of a group.
+enum class GroupFile : std::uint32_t { kHeader = 0, kData = 1 };
+
+/// The number that a header's file name says: the digits behind its last ".%".
+/// \throws CException 80, 60
+std::uint64_t ParseGroupNumber(const std::string& path);
+
+/// ".%" or ".$" and the number, with a leading zero below 10. \throws CException 67 for no number.
+std::string GroupNumberToExtension(std::uint64_t number, GroupFile kind);
+
+}  // namespace Sumara

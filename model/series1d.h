@@ -1,0 +1,57 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "model/series.h"
+
+namespace Sumara {
+
+/// The values of one variable against the primary axis.
+///
+/// Points are in axis order. Statistics run along with every append, so that a flush may drop the
+/// points and keep the figures.
+template <class T>
+class CSeries1D final : public CSeriesBase<T> {
+ public:
+  /// \param initialSize that many points of value 0.
+  CSeries1D(std::string name, std::string quantity, std::uint64_t initialSize = 0);
+
+  std::uint64_t GetNumberOfPoints() const override;
+  bool HasMaximumChanged(std::uint64_t) const override { return m_statistics.maximumChanged; }
+  bool HasMinimumChanged(std::uint64_t) const override { return m_statistics.minimumChanged; }
+  void ComputeStatistics() override;
+  void ClearChangedFlags() override { m_statistics.ClearChangedFlags(); }
+  void SnapshotExtremeIndices() override { m_statistics.SnapshotIndices(); }
+  bool HasData() const override { return !m_data.empty(); }
+  void ClearData(bool keepStatistics) override;
+  void SetLoadState(LoadState state) override { m_loadState = state; }
+  std::uint64_t IsLoaded() const override { return m_loadState == LoadState::kLoaded ? 1 : 0; }
+  std::uint64_t GetNumberOfPointsOnAxis(std::uint32_t position, bool widest) const override;
+  const T& DataAtIndex(std::uint64_t index, std::uint64_t secondary = 0) const override;
+  const std::vector<T>* FindVector(std::uint64_t) const override { return &m_data; }
+
+  /// Appends `points`.
+  /// \throws CException 13 if `points` is empty, 14 if a labelled primary axis has no label left
+  /// for
+  ///         one of them, 6, 7; nothing is changed then. Without `check` nothing is tested.
+  void AddSeriesPoints(std::span<const T> points, bool check);
+
+  const std::vector<T>& GetData() const { return m_data; }
+  std::vector<T>& Data() { return m_data; }
+
+ protected:
+  SeriesStatistics<T>* FindStatistics(std::uint64_t) override { return &m_statistics; }
+  void CheckHasVector(std::uint64_t) const override {}
+
+ private:
+  using AddMode = typename CSeriesBase<T>::AddMode;
+  void CheckIncoming(std::uint64_t incoming, AddMode mode, std::uint64_t expected) const;
+
+  std::vector<T> m_data;
+  LoadState m_loadState = LoadState::kNotFromFile;
+  SeriesStatistics<T> m_statistics;
+};
+
+}  // namespace Sumara

@@ -1,0 +1,100 @@
+"""The enumerators as plain integers, under the names that the extension module gives them."""
+
+import _TabulonAPI_Python as _native
+
+DataTypeSpecifier_ReadAsSerialisedType: int = _native.DataTypeSpecifier_ReadAsSerialisedType
+DataTypeSpecifier_ReadAsFloat32: int = _native.DataTypeSpecifier_ReadAsFloat32
+DataTypeSpecifier_ReadAsFloat64: int = _native.DataTypeSpecifier_ReadAsFloat64
+
+VariableDataType_Float32: int = _native.VariableDataType_Float32
+VariableDataType_Float64: int = _native.VariableDataType_Float64
+VariableDataType_Int32: int = _native.VariableDataType_Int32
+
+VariableDataFormat_ASCII: int = _native.VariableDataFormat_ASCII
+VariableDataFormat_Binary: int = _native.VariableDataFormat_Binary
+
+SearchScope_RecursiveSearch: int = _native.SearchScope_RecursiveSearch
+SearchScope_RootDirectoryOnly: int = _native.SearchScope_RootDirectoryOnly
+
+CaseSensitivity_IgnoreCase: int = _native.CaseSensitivity_IgnoreCase
+CaseSensitivity_MatchCase: int = _native.CaseSensitivity_MatchCase
+
+AxisTypeId_IntervalAxis: int = _native.AxisTypeId_IntervalAxis
+AxisTypeId_LabelledValueAxis: int = _native.AxisTypeId_LabelledValueAxis
+AxisTypeId_LabelledStringAxis: int = _native.AxisTypeId_LabelledStringAxis
+
+TEFileCreation_Create: int = _native.TEFileCreation_Create
+TEFileCreation_DoNotCreate: int = _native.TEFileCreation_DoNotCreate
+
+OverwriteBehaviour_OverwriteExistingOutput: int = _native.OverwriteBehaviour_OverwriteExistingOutput
+OverwriteBehaviour_DoNotOverwriteExistingOutput: int = (
+    _native.OverwriteBehaviour_DoNotOverwriteExistingOutput
+)
+
+CalculationType_AllCalculationTypes: int = _native.CalculationType_AllCalculationTypes
+CalculationType_AllTurbineSimulations: int = _native.CalculationType_AllTurbineSimulations
+CalculationType_AllSupportingCalculations: int = _native.CalculationType_AllSupportingCalculations
+CalculationType_AllPostProcessingCalculations: int = (
+    _native.CalculationType_AllPostProcessingCalculations
+)
+CalculationType_Unknown: int = _native.CalculationType_Unknown
+CalculationType_WindTurbulence: int = _native.CalculationType_WindTurbulence
+CalculationType_AerodynamicInformation: int = _native.CalculationType_AerodynamicInformation
+CalculationType_PerformanceCoefficients: int = _native.CalculationType_PerformanceCoefficients
+CalculationType_SteadyPowerCurve: int = _native.CalculationType_SteadyPowerCurve
+CalculationType_SteadyOperationalLoads: int = _native.CalculationType_SteadyOperationalLoads
+CalculationType_SteadyParkedLoads: int = _native.CalculationType_SteadyParkedLoads
+CalculationType_DynamicPowerCurve: int = _native.CalculationType_DynamicPowerCurve
+CalculationType_PowerProductionSimulation: int = _native.CalculationType_PowerProductionSimulation
+CalculationType_NormalStopSimulation: int = _native.CalculationType_NormalStopSimulation
+CalculationType_EmergencyStopSimulation: int = _native.CalculationType_EmergencyStopSimulation
+CalculationType_StartUpSimulation: int = _native.CalculationType_StartUpSimulation
+CalculationType_IdlingSimulation: int = _native.CalculationType_IdlingSimulation
+CalculationType_ParkedSimulation: int = _native.CalculationType_ParkedSimulation
+CalculationType_BasicStatistics: int = _native.CalculationType_BasicStatistics
+CalculationType_FourierHarmonicsAnalysis: int = _native.CalculationType_FourierHarmonicsAnalysis
+CalculationType_PeriodicComponentAnalysis: int = _native.CalculationType_PeriodicComponentAnalysis
+CalculationType_ExtremePredictionAnalysis: int = _native.CalculationType_ExtremePredictionAnalysis
+CalculationType_AutoSpectralDensityAnalysis: int = (
+    _native.CalculationType_AutoSpectralDensityAnalysis
+)
+CalculationType_CrossSpectralDensityAnalysis: int = (
+    _native.CalculationType_CrossSpectralDensityAnalysis
+)
+CalculationType_ProbabilityDensityAnalysis: int = _native.CalculationType_ProbabilityDensityAnalysis
+CalculationType_PeakAnalysis: int = _native.CalculationType_PeakAnalysis
+CalculationType_LevelCrossingFrequencyAnalysis: int = (
+    _native.CalculationType_LevelCrossingFrequencyAnalysis
+)
+CalculationType_RainflowCycleAnalysis: int = _native.CalculationType_RainflowCycleAnalysis
+CalculationType_FatigueAnalysis: int = _native.CalculationType_FatigueAnalysis
+CalculationType_AnnualEnergyYieldAnalysis: int = _native.CalculationType_AnnualEnergyYieldAnalysis
+CalculationType_ChannelCombination: int = _native.CalculationType_ChannelCombination
+CalculationType_UltimateLoadsAnalysis: int = _native.CalculationType_UltimateLoadsAnalysis
+CalculationType_UltimateLoadCasesAnalysis: int = _native.CalculationType_UltimateLoadCasesAnalysis
+CalculationType_FlickerAnalysis: int = _native.CalculationType_FlickerAnalysis
+CalculationType_EarthquakeGeneration: int = _native.CalculationType_EarthquakeGeneration
+CalculationType_ModelLinearisation: int = _native.CalculationType_ModelLinearisation
+CalculationType_ExtremeLoadExtrapolation: int = _native.CalculationType_ExtremeLoadExtrapolation
+CalculationType_ElectricalPerformance: int = _native.CalculationType_ElectricalPerformance
+CalculationType_SeaState: int = _native.CalculationType_SeaState
+CalculationType_MooringStiffness: int = _native.CalculationType_MooringStiffness
+CalculationType_UserDefined: int = _native.CalculationType_UserDefined
+
+CompletionState_AllCompletionStates: int = _native.CompletionState_AllCompletionStates
+CompletionState_UnsuccessfulRunsOnly: int = _native.CompletionState_UnsuccessfulRunsOnly
+CompletionState_Unknown: int = _native.CompletionState_Unknown
+CompletionState_InProgress: int = _native.CompletionState_InProgress
+CompletionState_CompletedNormally: int = _native.CompletionState_CompletedNormally
+CompletionState_Terminated: int = _native.CompletionState_Terminated
+CompletionState_Errored: int = _native.CompletionState_Errored
+CompletionState_Aborted: int = _native.CompletionState_Aborted
+
+IndependentVariableId_PrimaryIndependentVariable: int = (
+    _native.IndependentVariableId_PrimaryIndependentVariable
+)
+IndependentVariableId_SecondaryIndependentVariable: int = (
+    _native.IndependentVariableId_SecondaryIndependentVariable
+)
+
+FileFormat_Tolvan: int = _native.FileFormat_Tolvan

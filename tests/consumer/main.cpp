@@ -1,0 +1,78 @@
+// Reads a run with the installed library, as a user's program does.
+#include <tabulon/api/run.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "api/group.h"
+#include "api/independent_variable.h"
+#include "api/tabulon_api.h"
+#include "api/variable1d.h"
+#include "core/exceptions.h"
+
+namespace {
+
+using SumaraApi::TabulonApi;
+
+/// Prints a variable and tells whether its data and its figures agree.
+template <class T>
+bool Describe(SumaraApi::Run& run, std::string const& name) {
+  const auto variable = run.GetVariable1D<T>(name);
+  double sum = 0;
+  for (const T value : variable->GetData()) sum += static_cast<double>(value);
+  const double mean = sum / static_cast<double>(variable->GetDataPointCount());
+  std::cout << "  " << name << " [" << variable->GetSIUnit() << "] over "
+            << variable->GetIndependentVariable()->GetName() << ": "
+            << variable->GetDataPointCount() << " points, mean " << variable->GetMean() << '\n';
+  // A header keeps its statistics with few digits.
+  return std::abs(mean - variable->GetMean()) <= 1e-3 * (1 + std::abs(mean));
+}
+
+bool DescribeOfType(SumaraApi::Run& run, SumaraApi::Group const& group, std::string const& name) {
+  switch (group.GetVariableDataType()) {
+    case SumaraApi::VariableDataType::Float32:
+      return Describe<float>(run, name);
+    case SumaraApi::VariableDataType::Float64:
+      return Describe<double>(run, name);
+    case SumaraApi::VariableDataType::Int32:
+      return Describe<int>(run, name);
+  }
+  return false;
+}
+
+bool RefusesUnknownRun(std::string const& directory) {
+  try {
+    TabulonApi::GetRun(directory, "no such run");
+  } catch (CExceptionBase const& failure) {
+    std::cout << failure.what() << '\n';
+    return failure.ErrorCode() == 141;
+  }
+  return false;
+}
+
+bool DescribeRun(std::string const& directory, std::string const& name) {
+  const SumaraApi::RunPtr run = TabulonApi::GetRun(directory, name);
+  std::cout << run->GetName() << ": " << run->GetCalculationDescriptiveName() << '\n';
+  std::size_t described = 0;
+  for (SumaraApi::GroupPtr const& group : run->GetAllGroups()) {
+    if (group->GetNumberOfIndependentVariables() != 1) continue;
+    const std::string first = group->GetVariableNames().front();
+    if (!DescribeOfType(*run, *group, first)) return false;
+    ++described;
+  }
+  return described > 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: consumer DIRECTORY RUN\n";
+    return EXIT_FAILURE;
+  }
+  const bool passed = DescribeRun(argv[1], argv[2]) && RefusesUnknownRun(argv[1]);
+  std::cout << (passed ? "consumer passed" : "consumer FAILED") << '\n';
+  return passed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
