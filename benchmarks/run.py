@@ -109,7 +109,7 @@ def fresh_array(directory: Path, name: str) -> np.ndarray:
 
 
 def bench_read(root: Path, sizes: Sizes) -> None:
-    """Binary group: first variable, further variables, without buffer."""
+    """Read a binary group: first variable, further variables, without buffer."""
     directory = root / "binary"
     path = files.write_binary_group(directory, "bench", sizes.points, sizes.variables)
     names = files.variable_names(sizes.variables)
@@ -130,7 +130,8 @@ def bench_read(root: Path, sizes: Sizes) -> None:
         lambda: array_of(run, names[next(columns)]), lambda: table[:, next(columns)].copy()
     )
     report("each further variable / table[:, v].copy()", ours, theirs, 1.2)
-    del table, run
+    table = np.empty((0, 0), dtype=np.float32)
+    del run
 
     api.TabulonApi_CacheSettings_set_buffered_read_enabled(False)
     assert np.array_equal(fresh_array(directory, names[7]), expected)
@@ -143,7 +144,9 @@ def bench_read(root: Path, sizes: Sizes) -> None:
     run = api.TabulonApi_get_run(str(directory), "bench")
     mean = api.Variable1D_Float32_get_mean(variable_1d(run, names[7]))
     holds = abs(mean - float(expected.mean(dtype=np.float64))) < 1.0
-    print(f"{'statistics from the header, no data file present':58} {'holds' if holds else 'MISSED'}")
+    print(
+        f"{'statistics from the header, no data file present':58} {'holds' if holds else 'MISSED'}"
+    )
     path.with_suffix(".gone").rename(path)
 
 
@@ -168,7 +171,7 @@ print(kib('VmHWM') - before)
 
 
 def bench_memory(root: Path, sizes: Sizes) -> None:
-    """Peak memory of the buffered and of the unbuffered road."""
+    """Take the peak memory of the buffered and of the unbuffered road."""
     directory = root / "binary"
     path = files.write_binary_group(directory, "bench", sizes.points, sizes.variables)
     names = files.variable_names(sizes.variables)[:3]
@@ -183,11 +186,17 @@ def bench_memory(root: Path, sizes: Sizes) -> None:
     limit = file_size + 3 * one_variable + 40.0
     report("peak memory, three variables, buffered", peak(True, names), None, limit, "MiB")
     limit = one_variable + 16.0
-    report("peak memory, one variable, buffered reading off", peak(False, names[:1]), None, limit, "MiB")
+    report(
+        "peak memory, one variable, buffered reading off",
+        peak(False, names[:1]),
+        None,
+        limit,
+        "MiB",
+    )
 
 
 def bench_text(root: Path, sizes: Sizes) -> None:
-    """Text group: one variable and all variables, against NumPy and pandas."""
+    """Read a text group: one variable and all, against NumPy and pandas."""
     import pandas as pd
 
     directory = root / "text"
@@ -213,7 +222,7 @@ def bench_text(root: Path, sizes: Sizes) -> None:
 
 
 def bench_open(root: Path, sizes: Sizes) -> None:
-    """A run of many groups: finding one variable by name."""
+    """Find one variable by name in a run of many groups."""
     directory = root / "groups"
     files.write_many_groups(directory, "bench", sizes.groups, sizes.group_variables)
     headers = sorted(directory.glob("bench.%*"))
@@ -225,7 +234,7 @@ def bench_open(root: Path, sizes: Sizes) -> None:
     def read() -> list[str]:
         texts = []
         for path in headers:
-            with open(path) as file:
+            with open(path) as file:  # noqa: PTH123 the plain road is the peer
                 texts.append(file.read())
         return texts
 
@@ -234,8 +243,8 @@ def bench_open(root: Path, sizes: Sizes) -> None:
 
 
 def bench_getters(root: Path, sizes: Sizes) -> None:
-    """Calls on held objects."""
-    directory = root / "groups"
+    """Time calls on held objects."""
+    directory = root / "held"
     files.write_many_groups(directory, "bench", 2, 3)
     run = api.TabulonApi_get_run(str(directory), "bench")
     variable = variable_1d(run, "wanted")
@@ -246,7 +255,7 @@ def bench_getters(root: Path, sizes: Sizes) -> None:
 
 
 def bench_search(root: Path, sizes: Sizes) -> None:
-    """Runs in a tree, against os.walk."""
+    """Find the runs of a tree, against os.walk."""
     tree = root / "tree"
     files.write_tree(tree, sizes.directories, sizes.runs)
     errored = api.CompletionState_Errored
@@ -256,9 +265,9 @@ def bench_search(root: Path, sizes: Sizes) -> None:
         for directory, _, names in os.walk(tree):
             for name in names:
                 if name.endswith(".$TE"):
-                    path = os.path.join(directory, name)
+                    path = os.path.join(directory, name)  # noqa: PTH118 as above
                     if read:
-                        with open(path) as file:
+                        with open(path) as file:  # noqa: PTH123 as above
                             if "*** ERROR" not in file.read():
                                 continue
                     found.append(path)
@@ -276,7 +285,9 @@ def bench_search(root: Path, sizes: Sizes) -> None:
     assert len(search()) == len(walk(True))
     ours, theirs = side_by_side(search, lambda: walk(True))
     report("get_runs with a completion-state filter / os.walk and read", ours, theirs, 0.8)
-    api.TabulonApi_SearchSettings_set_completion_state_filter(api.CompletionState_AllCompletionStates)
+    api.TabulonApi_SearchSettings_set_completion_state_filter(
+        api.CompletionState_AllCompletionStates
+    )
 
     def first() -> object:
         return api.RunsIterator_get_next_run(api.new_RunsIterator(str(tree)))
@@ -285,25 +296,33 @@ def bench_search(root: Path, sizes: Sizes) -> None:
     api.TabulonApi_clear_runs()
     code = (
         "import sys, _TabulonAPI_Python as api\n"
-        "rss = lambda: next(int(l.split()[1]) for l in open('/proc/self/status') if l.startswith('VmRSS'))\n"
+        "def rss():\n"
+        "    lines = open('/proc/self/status')\n"
+        "    return next(int(l.split()[1]) for l in lines if l.startswith('VmRSS'))\n"
         "before = rss(); n = len(api.TabulonApi__get_runs_native_array(sys.argv[1]))\n"
         "print((rss() - before) / n)"
     )
-    done = subprocess.run([sys.executable, "-c", code, str(tree)], check=True, capture_output=True, text=True)
+    done = subprocess.run(
+        [sys.executable, "-c", code, str(tree)], check=True, capture_output=True, text=True
+    )
     report("memory for each cached run", float(done.stdout), None, 1.5, "KiB")
 
 
 def bench_write(root: Path, sizes: Sizes) -> None:
-    """Output groups, against NumPy."""
+    """Write output groups, against NumPy."""
     directory = root / "out"
     directory.mkdir(parents=True, exist_ok=True)
 
     def group_of(columns: list[np.ndarray], number: int, form: int) -> object:
         time_axis = api.new_IndependentVariable("Time", "s", 0.0, 0.05)
         path = str(directory / f"out.%{number:02d}")
-        group = api.new_OutputGroup1D_Float32(path, "Out", "UserDefined", "TRANSIENT", time_axis, form)
+        group = api.new_OutputGroup1D_Float32(
+            path, "Out", "UserDefined", "TRANSIENT", time_axis, form
+        )
         for i, column in enumerate(columns):
-            api.OutputGroup1D_Float32__add_variable_with_data_native_array(group, f"v{i}", "Nm", column)
+            api.OutputGroup1D_Float32__add_variable_with_data_native_array(
+                group, f"v{i}", "Nm", column
+            )
         return group
 
     columns = list(np.ascontiguousarray(files.load_table(sizes.points, sizes.variables).T))
@@ -315,7 +334,8 @@ def bench_write(root: Path, sizes: Sizes) -> None:
     )
     report("write_output, binary / np.stack(...).tofile", ours, theirs, 1.0)
     assert (directory / "out.$01").read_bytes() == peer_path.read_bytes()
-    del group, columns
+    columns = []
+    del group
 
     values = np.random.default_rng(3).standard_normal(sizes.append_points).astype(np.float32)
     time_axis = api.new_IndependentVariable("Time", "s", 0.0, 0.05)
@@ -355,7 +375,9 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("parts", nargs="*", choices=[[], *PARTS], metavar="part")
     parser.add_argument("--quick", action="store_true", help="small files")
-    parser.add_argument("--directory", type=Path, help="where to put the files; default a temporary one")
+    parser.add_argument(
+        "--directory", type=Path, help="where to put the files; default a temporary one"
+    )
     arguments = parser.parse_args()
     sizes = Sizes.quick() if arguments.quick else Sizes()
     print(f"{'job / peer':58} {'ours':>14} {'peer':>13} ratio    target")

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "core/pages.h"
 
@@ -40,16 +41,52 @@ char* MapAligned(std::size_t size) {
   return pages + before;
 }
 
+/// The last large block that was given up, for the next one who wants such a block.
+///
+/// Making pages costs more than filling them, and a script that goes from run to run asks for the
+/// same again. The system may take the pages of the spare block whenever it wants memory.
+struct SpareBlock {
+  char* pages = nullptr;
+  std::size_t size = 0;
+};
+constexpr std::size_t kMostSpare = std::size_t{512} << 20;
+SpareBlock spare;  // as all of the library, for one thread at a time
+
+/// The spare block if it serves for `size` bytes without wasting as much again; `size` becomes its
+/// own.
+char* TakeSpare(std::size_t& size) {
+  if (spare.pages == nullptr || spare.size < size || spare.size / 2 > size) return nullptr;
+  size = spare.size;
+  return std::exchange(spare, {}).pages;
+}
+
+/// Keeps a block as the spare one. \return false if it is to be unmapped.
+bool KeepSpare(char* pages, std::size_t size) {
+#ifdef MADV_FREE
+  if (size < kLargeBlock || size > kMostSpare || ::madvise(pages, size, MADV_FREE) != 0)
+    return false;
+  if (spare.pages != nullptr) ::munmap(spare.pages, spare.size);
+  spare = {pages, size};
+  return true;
+#else
+  return false;
+#endif
+}
+
 }  // namespace
 
 char* Map(std::size_t& size) noexcept {
   if (size > std::numeric_limits<std::size_t>::max() / 2) return nullptr;
   const bool large = size >= kLargeBlock;
   size = RoundUp(size, large ? kLargePage : PageSize());
-  return large ? MapAligned(size) : MapBytes(size);
+  if (!large) return MapBytes(size);
+  char* const pages = TakeSpare(size);
+  return pages != nullptr ? pages : MapAligned(size);
 }
 
-void Unmap(char* pages, std::size_t size) noexcept { ::munmap(pages, size); }
+void Unmap(char* pages, std::size_t size) noexcept {
+  if (!KeepSpare(pages, size)) ::munmap(pages, size);
+}
 
 bool Prepare(char*, std::size_t) noexcept { return true; }
 
