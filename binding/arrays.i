@@ -87,7 +87,7 @@ class vector {
     $result = Binding::ToTuple(*$1);
   }
 
-  %feature("docstring") vector 
+  %feature("docstring") vector
 "An array: empty, a copy of an iterable, or a count of default elements or of copies of a value.";
   vector();
   vector(const vector &other);

@@ -31,6 +31,7 @@ static PyObject* FindThis(PyObject* object, PyObject* name) {
 
 %{
 #include <cstdlib>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 
@@ -51,27 +52,41 @@ SwigPyObject* Holder(PyObject* object, swig_type_info* type) {
   return holder;
 }
 
-using Deleter = void (*)(void*);
+/// Deletes what a pointer of an exported type points to, and gives what stands for nothing instead.
+using Deleter = void* (*)(void*);
 
-/// How the pointers of each exported type are deleted.
 std::unordered_map<const swig_type_info*, Deleter>& Deleters() {
   static std::unordered_map<const swig_type_info*, Deleter> deleters;
   return deleters;
 }
 
 template <class T>
-void DeletePointer(void* pointer) {
-  delete static_cast<T*>(pointer);
-}
+struct Deletion {
+  static void* Run(void* pointer) {
+    delete static_cast<T*>(pointer);
+    return nullptr;
+  }
+};
 
-/// Deletes what a script object holds, by the type as which it holds it. Who uses the object again
-/// finds a null pointer there.
+/// SWIG's casts to a base class follow the pointer: an empty shared pointer has to be there.
+template <class T>
+struct Deletion<std::shared_ptr<T>> {
+  static void* Run(void* pointer) {
+    static std::shared_ptr<T> empty;
+    delete static_cast<std::shared_ptr<T>*>(pointer);
+    return &empty;
+  }
+};
+
+/// Deletes what a script object holds, by the type as which it holds it. To whom uses the object
+/// again, it is None.
 void DeleteHeld(PyObject* object, swig_type_info* type) {
   SwigPyObject* holder = Holder(object, type);
   const auto deleter = holder ? Deleters().find(holder->ty) : Deleters().end();
   if (deleter != Deleters().end()) {
     holder->own = 0;
-    deleter->second(std::exchange(holder->ptr, nullptr));
+    void* pointer = std::exchange(holder->ptr, nullptr);
+    holder->ptr = deleter->second(pointer);
   }
 }
 
@@ -94,7 +109,7 @@ void Own(PyObject* module, const char* deleteFunction) {
   if (!type || !destroy) {
     return;
   }
-  Deleters()[type] = DeletePointer<T>;
+  Deleters()[type] = Deletion<T>::Run;
   auto* data = static_cast<SwigPyClientData*>(std::calloc(1, sizeof(SwigPyClientData)));
   if (data && !type->clientdata) {
     data->destroy = Py_NewRef(destroy);
@@ -189,7 +204,8 @@ swig_type_info* TypeOf< Type >() {
 %shared_ptr(Type)
 // As SWIG has it, but None is refused, and the object lives on during the call, come what may.
 %typemap(in) Type *self (std::shared_ptr< Type > held),
-             const Type *self (std::shared_ptr< Type > held) {
+             const Type *self (std::shared_ptr< Type > held),
+             Type & (std::shared_ptr< Type > held) {
   void *argp = nullptr;
   int newmem = 0;
   const int res = SWIG_ConvertPtrAndOwn($input, &argp, $descriptor(std::shared_ptr< Type > *), 0,

@@ -6,7 +6,7 @@
 %}
 
 %fragment("SWIG_AsPtr_std_string", "header") {
-SWIGINTERN int SWIG_AsPtr_std_string(PyObject* object, std::string** value) {
+SWIGINTERN int SWIG_AsPtr_std_string(PyObject* object, std::string** value) try {
   if (PyUnicode_Check(object)) {
     const Binding::PyRef bytes(PyUnicode_AsEncodedString(object, "utf-8", "surrogateescape"));
     if (!bytes) {
@@ -30,6 +30,8 @@ SWIGINTERN int SWIG_AsPtr_std_string(PyObject* object, std::string** value) {
     *value = static_cast<std::string*>(pointer);
   }
   return SWIG_OLDOBJ;
+} catch (const std::bad_alloc&) {
+  return SWIG_MemoryError;
 }
 }
 

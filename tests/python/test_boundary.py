@@ -77,25 +77,35 @@ def variable_2d(run: object, kind: str, axis: str = "x") -> object:
     return getattr(native, f"Run__RUNPREFIX_get_variable_2d_{kind}")(run, f"{axis} 2d {kind}")
 
 
+@pytest.fixture(scope="module")
+def kept_folder(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """Give a folder with a run that nobody changes."""
+    folder = tmp_path_factory.mktemp("kept")
+    write_run(folder)
+    return folder
+
+
 @pytest.fixture
-def make(run: object, tmp_path: Path) -> Callable[[str], object]:
+def make(kept_folder: Path) -> Callable[[str], object]:
     """Make a fresh object of a class."""
+    folder = str(kept_folder)
+    run = native.TabulonApi_get_run(folder, "run")
 
     def axis() -> object:
         return native.new_IndependentVariable("Time", "s", 0.0, 0.5)
 
     def output(axes: int, suffix: str) -> object:
         constructor = getattr(native, f"new_OutputGroup{axes}D_{suffix}")
-        path = str(tmp_path / "out.%01")
+        path = str(kept_folder / "out.%01")
         return constructor(path, "Out", "UserDefined", "TABLE", *(axis() for _ in range(axes)))
 
     makers: dict[str, Callable[[], object]] = {
-        "Run": lambda: native.TabulonApi_get_run(str(tmp_path), "run"),
+        "Run": lambda: native.TabulonApi_get_run(folder, "run"),
         "Group": lambda: native.Run_get_group(run, "1d float32"),
         "IndependentVariable": axis,
         "Variable": lambda: native.Run__get_variable(run, "x 1d float32"),
-        "RunsIterator": lambda: native.new_RunsIterator(str(tmp_path)),
-        "RunsIteratorRegex": lambda: native.new_RunsIteratorRegex(str(tmp_path), ".*"),
+        "RunsIterator": lambda: native.new_RunsIterator(folder),
+        "RunsIteratorRegex": lambda: native.new_RunsIteratorRegex(folder, ".*"),
         "IOutputSpecification": lambda: output(1, "Float32"),
         "OutputGroup": lambda: output(1, "Float32"),
         "TabulonApi_CacheSettings": native.new_TabulonApi_CacheSettings,
@@ -680,6 +690,22 @@ def test_a_typed_variable_can_be_deleted_as_a_variable(make: Callable[[str], obj
         "argument 1 of type 'SumaraApi::Variable1D< float > *'"
     )
     assert message(lambda: native.Variable1D_Float32_get_mean(variable), ValueError) == text
+
+
+def test_a_deleted_object_is_none_for_everybody(make: Callable[[str], object]) -> None:
+    variable, axis = make("Variable2D_Int32"), make("IndependentVariable")
+    native.delete_Variable2D_Int32(variable)
+    native.delete_IndependentVariable(axis)
+    null = "invalid null reference in method"
+    assert message(lambda: native.Variable_get_name(variable), ValueError) == (
+        f"{null} 'Variable_get_name', argument 1 of type 'SumaraApi::Variable const *'"
+    )
+    output = lambda: native.new_OutputGroup1D_Int32("a", "b", "c", "d", axis)  # noqa: E731
+    assert message(output, ValueError) == (
+        f"{null} 'new_OutputGroup1D_Int32', argument 5 of type 'SumaraApi::IndependentVariable &'"
+    )
+    held = native.new_ArrayOfVariable([variable])
+    assert native.ArrayOfVariable___getitem__(held, 0) is None
 
 
 def test_a_variable_outlives_its_run(tmp_path: Path) -> None:
