@@ -16,5 +16,7 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${TABULON_PYTHON_DIR}")
 add_custom_target(tabulon_package ALL
   COMMAND ${CMAKE_COMMAND} -E copy_directory "${PROJECT_SOURCE_DIR}/python/tabulon"
     "${TABULON_PYTHON_DIR}/tabulon"
+  COMMAND ${CMAKE_COMMAND} -E copy "${PROJECT_SOURCE_DIR}/python/_TabulonAPI_Python.pyi"
+    "${TABULON_PYTHON_DIR}"
   COMMENT "Copying the Python package into the build tree"
   VERBATIM)

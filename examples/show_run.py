@@ -134,9 +134,9 @@ def print_statistics(group: tabulon.Group, name: str) -> None:
         print(f"{'':<24}" + "".join(f"{figure:>14.6g}" for figure in figures))
         return
     secondary = group.get_independent_variables()[1]
-    variable = group.get_variable_2d(name)
+    table = group.get_variable_2d(name)
     for index, label in enumerate(labels_of(secondary)):
-        values = np.asarray(variable.get_data_at_index(index), dtype=np.float64)
+        values = np.asarray(table.get_data_at_index(index), dtype=np.float64)
         figures = (values.mean(), values.min(), values.max())
         print(f"{label:>24}" + "".join(f"{figure:>14.6g}" for figure in figures))
 

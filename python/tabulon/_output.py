@@ -16,6 +16,7 @@ from tabulon import _proxy
 from tabulon._enumerations import FileFormat, VariableDataFormat
 from tabulon._registration import registered
 from tabulon._search import StrPath
+from tabulon._units import native
 from tabulon._variables import IndependentVariable
 
 __all__ = [
@@ -106,6 +107,23 @@ class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
             variable_data_format,
         )
 
+    def add_variable(self, variable_name: str, si_unit: str) -> None:
+        """Add a variable without data.
+
+        Parameters
+        ----------
+        variable_name
+            The name; a name differs from all others by more than case.
+        si_unit
+            The unit of the values.
+
+        Raises
+        ------
+        RuntimeError
+            If there is such a variable, or a text is empty.
+        """
+        super().add_variable(variable_name, native(si_unit))
+
     def add_variable_with_data(
         self, variable_name: str, si_unit: str, data: Iterable[ElementT] | NDArray[Any]
     ) -> None:
@@ -133,7 +151,7 @@ class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
             If there is such a variable, there is no data, or there is more than labels.
         """
         values = _elements(data, self._dtype, (None,))
-        self._add_variable_with_data_native_array(variable_name, si_unit, values)
+        self._add_variable_with_data_native_array(variable_name, native(si_unit), values)
 
     def append_data(self, variable_name: str, data: Iterable[ElementT] | NDArray[Any]) -> None:
         """Append values to a variable.
@@ -189,6 +207,23 @@ class OutputGroup2D(OutputGroup, _OutputGroup2D[ElementT]):
         labels = secondary_independent_variable.get_number_of_values()
         self._shape = (labels or None, None)
 
+    def add_variable(self, variable_name: str, si_unit: str) -> None:
+        """Add a variable without data.
+
+        Parameters
+        ----------
+        variable_name
+            The name; a name differs from all others by more than case.
+        si_unit
+            The unit of the values.
+
+        Raises
+        ------
+        RuntimeError
+            If there is such a variable, or a text is empty.
+        """
+        super().add_variable(variable_name, native(si_unit))
+
     def add_variable_with_data(
         self,
         variable_name: str,
@@ -221,7 +256,7 @@ class OutputGroup2D(OutputGroup, _OutputGroup2D[ElementT]):
             values or in length from each other, or there is more than primary labels.
         """
         values = _elements(data, self._dtype, self._shape)
-        self._add_variable_with_data_native_array(variable_name, si_unit, values)
+        self._add_variable_with_data_native_array(variable_name, native(si_unit), values)
 
     def append_data(
         self, variable_name: str, data: Iterable[Iterable[ElementT]] | NDArray[Any]

@@ -16,6 +16,7 @@ from tabulon import _proxy
 from tabulon._enumerations import AxisTypeId, VariableDataFormat, VariableDataType
 from tabulon._header import count_statistics_blocks
 from tabulon._registration import registered
+from tabulon._units import native, readable
 
 __all__ = [
     "IndependentVariable",
@@ -94,10 +95,14 @@ class IndependentVariable(_proxy.IndependentVariable):
     @overload
     def __init__(self, name: str, si_unit: str, start: float, step: float, /) -> None: ...
     def __init__(self, name: str, si_unit: str, /, *values: Any) -> None:
-        super().__init__(name, si_unit, *(_plain(value) for value in values))
+        super().__init__(name, native(si_unit), *(_plain(value) for value in values))
 
     def __repr__(self) -> str:
         return f"<{type(self).__name__} {self.get_name()!r}>"
+
+    def get_siunit(self) -> str:
+        """Return the unit, for example ``"s"``; empty if the quantity in the header is unknown."""
+        return readable(super().get_siunit())
 
     def get_axis_type(self) -> AxisTypeId:
         """Return the kind of values: at a fixed interval, labelled numbers or labelled texts."""
@@ -144,6 +149,10 @@ class Variable(FoundInRun, _proxy.Variable):
         group = self.get_parent_group_name()
         return f"<{type(self).__name__} {self.get_name()!r} of {group!r}>"
 
+    def get_siunit(self) -> str:
+        """Return the unit, for example ``"Nm"``; empty if the quantity in the header is unknown."""
+        return readable(super().get_siunit())
+
     def get_data_type(self) -> VariableDataType:
         """Return the type of the values as read, which a setting may change from the file's."""
         return VariableDataType(super().get_data_type())
@@ -163,7 +172,7 @@ class Variable(FoundInRun, _proxy.Variable):
 
     def _figure(
         self,
-        native: Callable[..., FigureT],
+        figure: Callable[..., FigureT],
         compute: Callable[[NDArray[Any]], Any],
         get_data: Callable[..., NDArray[Any]],
         *where: float | str,
@@ -176,9 +185,9 @@ class Variable(FoundInRun, _proxy.Variable):
         if not self._has_header_statistics():
             values = get_data(*where)
             if values.size:
-                figure: FigureT = compute(values)
-                return figure
-        return native(*where)
+                computed: FigureT = compute(values)
+                return computed
+        return figure(*where)
 
     def _sibling_of(self, find: Callable[[Run], VariableT]) -> VariableT:
         """Return another variable of the group."""

@@ -1,0 +1,46 @@
+"""What all tests of the package and of the extension module share."""
+
+from __future__ import annotations
+
+import sys
+from collections.abc import Iterator
+from pathlib import Path
+
+import pytest
+from hypothesis import settings
+
+# Tests import what they share from this folder.
+sys.path.insert(0, str(Path(__file__).parent))
+
+import _TabulonAPI_Python as native
+
+# Runners differ in speed, and keep their examples to themselves.
+settings.register_profile("tests", deadline=None, database=None)
+settings.load_profile("tests")
+
+DEFAULTS = {
+    ("CacheSettings", "set_buffered_read_enabled"): True,
+    ("CacheSettings", "set_run_caching_enabled"): True,
+    ("CacheSettings", "set_data_type_for_reading"): 0,
+    ("SearchSettings", "set_calculation_type_filter"): -5,
+    ("SearchSettings", "set_include_unsupported_calculations"): True,
+    ("SearchSettings", "set_completion_state_filter"): -3,
+    ("SearchSettings", "set_run_name_case_sensitivity"): 0,
+}
+
+
+def reset_process_state() -> None:
+    """Empty the run cache, and put all settings at their defaults."""
+    native.TabulonApi_clear_runs()
+    # The package remembers what it sets, so it is told too where it is in use.
+    package = sys.modules.get("tabulon")
+    for (family, name), value in DEFAULTS.items():
+        flat = getattr(native, f"TabulonApi_{family}_{name}")
+        getattr(package, name, flat)(value)
+
+
+@pytest.fixture(autouse=True)
+def fresh_process_state() -> Iterator[None]:
+    reset_process_state()
+    yield
+    reset_process_state()

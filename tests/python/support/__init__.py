@@ -1,0 +1,1 @@
+"""Runs for tests: their files, written byte by byte, and what is to be read from them."""

@@ -1,0 +1,99 @@
+"""The flat functions of the extension module, and the texts of its errors, for tests."""
+
+from __future__ import annotations
+
+import json
+import os
+import subprocess
+import sys
+from collections.abc import Callable
+from functools import partial
+from pathlib import Path
+from typing import Any
+
+import _TabulonAPI_Python as native
+import pytest
+
+#: dtype -> how the names of functions spell it.
+SUFFIXES = {"float32": "Float32", "float64": "Float64", "int32": "Int32"}
+DATA_TYPES = {"float32": 0, "float64": 1, "int32": 2}
+
+
+class Flat:
+    """An object of the module with the functions of its family: `Flat("Run", run).get_name()`."""
+
+    def __init__(self, family: str, pointer: object) -> None:
+        self.family = family
+        self.pointer = pointer
+
+    def __getattr__(self, name: str) -> Callable[..., Any]:
+        return partial(getattr(native, f"{self.family}_{name}"), self.pointer)
+
+
+def get_run(folder: Path | str, name: str = "run") -> Flat:
+    return Flat("Run", native.TabulonApi_get_run(str(folder), name))
+
+
+def get_group(run: Flat, name: str) -> Flat:
+    return Flat("Group", run.get_group(name))
+
+
+def get_variable(run: Flat, name: str, kind: str, axes: int = 1, group: str | None = None) -> Flat:
+    """Return a typed variable, looked for in all groups or in one."""
+    way = f"_RUNPREFIX_get_variable_{axes}d"
+    if group is None:
+        pointer = getattr(run, f"{way}_{kind}")(name)
+    else:
+        pointer = getattr(run, f"{way}_from_specific_output_group_{kind}")(name, group)
+    return Flat(f"Variable{axes}D_{SUFFIXES[kind]}", pointer)
+
+
+def get_axis(variable: Flat, *which: int | str) -> Flat:
+    return Flat("IndependentVariable", variable.get_independent_variable(*which))
+
+
+def error_of(call: Callable[[], object]) -> str:
+    """Return the whole text of the error that a call raises."""
+    with pytest.raises(RuntimeError) as caught:
+        call()
+    assert type(caught.value) is RuntimeError
+    return str(caught.value)
+
+
+def _composed(text: str, further: str, inner: str) -> str:
+    text += "" if text.endswith(".") else "."
+    text += f"\nFurther information: {further}" if further else ""
+    return text + (f"\nInner exception: {inner}" if inner else "")
+
+
+def tables_error(message: str, further: str = "", inner: str = "") -> str:
+    return _composed(f"Sumara Tables error: {message}", further, inner)
+
+
+def io_error(code: int, message: str, further: str = "", inner: str = "") -> str:
+    return _composed(f"IO error {code}: {message}", further, inner)
+
+
+def run_script(code: str, *arguments: object, **environment: str) -> Any:  # noqa: ANN401
+    """Run code in an interpreter of its own, and return what it gives to `answer`.
+
+    A crash of that interpreter is a failure here, and not the end of all tests.
+    """
+    folders = [str(Path(native.__file__).parent), str(Path(__file__).parents[1])]
+    start = (
+        f"import gc, json, sys\nsys.path[:0] = {folders!r}\nfrom pathlib import Path\n"
+        "import _TabulonAPI_Python as native\nfrom support.flat import *\n"
+        "def answer(value): print(json.dumps(value))\n"
+    )
+    done = subprocess.run(
+        [sys.executable, "-X", "faulthandler", "-c", start + code, *map(str, arguments)],
+        capture_output=True,
+        text=True,
+        errors="surrogateescape",
+        timeout=50,
+        env={**os.environ, **environment},
+        check=False,
+    )
+    assert done.returncode == 0, done.stderr[-3000:]
+    assert done.stderr == ""
+    return json.loads(done.stdout)
