@@ -4,15 +4,10 @@ from __future__ import annotations
 
 import sys
 from collections.abc import Iterator
-from pathlib import Path
-
-import pytest
-from hypothesis import settings
-
-# Tests import what they share from this folder.
-sys.path.insert(0, str(Path(__file__).parent))
 
 import _TabulonAPI_Python as native
+import pytest
+from hypothesis import settings
 
 # Runners differ in speed, and keep their examples to themselves.
 settings.register_profile("tests", deadline=None, database=None)
