@@ -69,7 +69,9 @@ Series& FindOutputSeries(const Sumara::IGroup& group, std::string const& name) {
     const std::uint64_t index = group.GetSeriesIndex(name, /*exact=*/false);
     return static_cast<Series&>(*group.GetSeriesEntries()[index].series);
   } catch (const Sumara::CException& miss) {
-    throw Sumara::CException(159, {}, miss.what());
+    throw Sumara::CException(
+        159, "Group name: '" + group.GetName() + "'; Variable name requested: '" + name + "'",
+        miss.what());
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "core/exceptions.h"
@@ -57,12 +58,33 @@ double MeanOf(Sumara::CGroupBase<T>& group, const std::string& name, std::uint64
                                 /*preferComputed=*/true);
 }
 
+/// The value of the variable at `column` where the one at `index` has its extreme, from the data;
+/// none while part of the group's data is not in memory.
+///
+/// The group's table tells the same, but computes all rows anew at each request: a script that asks
+/// one variable after the other would pay for the square of their number each time.
+template <class T>
+std::optional<T> UloadFromData(Sumara::CGroupBase<T>& group, std::uint64_t index, Extremum extremum,
+                               std::uint64_t column, std::uint64_t secondary) {
+  Sumara::ISeries* const series = group.GetSeriesEntries()[index].series.get();
+  const auto* const other =
+      static_cast<const Sumara::CSeriesBase<T>*>(group.GetSeriesEntries()[column].series.get());
+  const bool isInMemory = group.GetLoadState() == 1 && series != nullptr && series->HasData() &&
+                          other != nullptr && other->HasData();
+  if (!isInMemory) return std::nullopt;
+  group.CheckStatisticsAvailable(secondary);
+  return other->DataAtIndex(extremum == Extremum::kMaximum ? series->GetMaximumIndex(secondary)
+                                                           : series->GetMinimumIndex(secondary),
+                            secondary);
+}
+
 /// The value of the variable at `column` where the variable `name` has its extreme.
 template <class T>
 T UloadOf(Sumara::CGroupBase<T>& group, const std::string& name, Extremum extremum,
           std::uint64_t column, std::uint64_t secondary) {
-  const std::uint64_t row =
-      2 * group.GetSeriesIndex(name, /*exact=*/true) + static_cast<std::uint64_t>(extremum);
+  const std::uint64_t index = group.GetSeriesIndex(name, /*exact=*/true);
+  if (const auto value = UloadFromData(group, index, extremum, column, secondary)) return *value;
+  const std::uint64_t row = 2 * index + static_cast<std::uint64_t>(extremum);
   const auto& uloads = group.Statistics().GetUloads(secondary, /*preferComputed=*/true);
   if (row >= uloads.size() || column >= uloads[row].size()) {
     throw Sumara::CException(123,

@@ -212,7 +212,7 @@ TEST_F(GroupTest, LengthIsCountTimesStepToFourDecimals) {
   };
   EXPECT_EQ(lengthOf("Time", "0.05", 2001), 100.05);
   EXPECT_EQ(lengthOf("time", "0.5", 3), 1.5);
-  EXPECT_EQ(lengthOf("TIME", "0.00005", 1), 0.0001);   // half away from zero
+  EXPECT_EQ(lengthOf("TIME", "0.00005", 1), 0.0001);  // half away from zero
   EXPECT_EQ(lengthOf("Time", "-0.00005", 1), -0.0001);
   EXPECT_EQ(lengthOf("Time", "0.00004", 1), 0.0);
 }
@@ -224,7 +224,8 @@ TEST_F(GroupTest, LengthWithoutATimeAxisRaises168) {
       GroupPath("Rotor") + "\nInner exception: Did not find primary interval axis";
   for (const SampleAxis& axis :
        {IntervalAxis("Azimuth", "A", "0.0", "0.5", 4), ValueAxis("Time", "T", {"0", "1", "2", "3"}),
-        StringAxis("Time", "T", {"a", "b", "c", "d"}), IntervalAxis("Time ' s", "T", "0", "1", 4)}) {
+        StringAxis("Time", "T", {"a", "b", "c", "d"}),
+        IntervalAxis("Time ' s", "T", "0", "1", 4)}) {
     const GroupPtr group = Load({.axes = {axis}});
     EXPECT_EQ(MessageOf([&] { group->GetTimeDomainSimulationLength(); }), message) << axis.name;
     EXPECT_EQ(MessageOf([&] { group->GetVariable("Speed")->GetTimeDomainSimulationLength(); }),

@@ -45,8 +45,7 @@ TEST_F(IndependentVariableTest, LabelledNumbersOfAGroup) {
   EXPECT_EQ(axis->GetAxisType(), AxisTypeId::LabelledValueAxis);
   EXPECT_EQ(axis->GetNumberOfValues(), 3u);
   EXPECT_EQ(axis->GetValuesAsNumber(), (Numbers{3.0, 10.5, 10.5}));
-  EXPECT_EQ(axis->GetValuesAsString(),
-            (Texts{"3.0000000E+00", "1.0500000E+01", "1.0500000E+01"}));
+  EXPECT_EQ(axis->GetValuesAsString(), (Texts{"3.0000000E+00", "1.0500000E+01", "1.0500000E+01"}));
 }
 
 TEST_F(IndependentVariableTest, LabelledStringsOfAGroup) {

@@ -322,16 +322,17 @@ TEST_F(OutputGroupTest, ATakenNameIsRefused) {
   EXPECT_EQ(MessageOf([&] { group->AddVariable("ROTOR", "m"); }),
             "Sumara Tables error: Adding series with the same name as an existing series (case "
             "insensitive) is not allowed.\nFurther information: " +
-                SeriesContext("ROTOR"));
+                Context());
 }
 
 TEST_F(OutputGroupTest, UnknownVariableRaises159) {
   const auto group = Group1D<float>();
   EXPECT_EQ(MessageOf([&] { group->AppendData("a", {1}); }),
             "Sumara Tables error: The variable was not found.\n"
+            "Further information: Group name: 'Rotor'; Variable name requested: 'a'\n"
             "Inner exception: Sumara Tables error: Requested series not found in current group.\n"
             "Further information: " +
-                SeriesContext("a"));
+                Context());
 }
 
 TEST_F(OutputGroupTest, EmptyDataRaises13) {

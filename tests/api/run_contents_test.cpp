@@ -30,7 +30,8 @@ class RunContentsTest : public testing_support::ApiTest {
     }
     return group;
   }
-  static SampleGroup TwoAxes(const std::string& name, const std::vector<SampleVariable>& variables) {
+  static SampleGroup TwoAxes(const std::string& name,
+                             const std::vector<SampleVariable>& variables) {
     SampleGroup group = OneAxis(name, variables);
     group.axes = {IntervalAxis("Time", "T", "0.0", "0.5", 2),
                   ValueAxis("Distance", "L", {"0.0", "5.0"})};
@@ -44,8 +45,8 @@ class RunContentsTest : public testing_support::ApiTest {
            RunContext();
   }
   std::string ListContext(const std::string& name, const std::vector<std::string>& groups) {
-    std::string text = "\nFurther information: \n Variable name: '" + name + "'\n " +
-                       RunContext() + "\n Output groups in run containing this variable:\n";
+    std::string text = "\nFurther information: \n Variable name: '" + name + "'\n " + RunContext() +
+                       "\n Output groups in run containing this variable:\n";
     for (const std::string& group : groups) text += " '" + group + "'\n";
     return text;
   }
@@ -216,9 +217,9 @@ TEST_F(RunContentsTest, DeletedTerminationFileEndsTheLookup) {
   const RunPtr run = Get("run1");
   run->GetVariable("a");
   fs::remove(sample.Path(".$TE"));
-  EXPECT_EQ(MessageOf([&] { run->GetVariable("a"); }),
-            "filesystem error: last_write_time: No such file or directory [" + Path("run1.$TE") +
-                "]");
+  EXPECT_EQ(
+      MessageOf([&] { run->GetVariable("a"); }),
+      "filesystem error: last_write_time: No such file or directory [" + Path("run1.$TE") + "]");
 }
 
 TEST_F(RunContentsTest, DeletedDirectoryRaises139) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tests/api/api_test.h"
+#include "tests/api/unprivileged.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ using SumaraApi::TabulonApi;
 using SumaraApi::TabulonApi_CacheSettings;
 using SumaraApi::TabulonApi_SearchSettings;
 using testing_support::MessageOf;
+using testing_support::Unprivileged;
 using Names = std::vector<std::string>;
 
 class RunSearchTest : public testing_support::ApiTest {
@@ -193,10 +195,10 @@ TEST_F(RunSearchTest, BadExpressionIsNoticedAtTheFirstTerminationFile) {
             "Sumara Tables error: Run name regular expression invalid.\nFurther information: "
             "Expression: (\nInner exception: Mismatched '(' and ')' in regular expression");
   for (const char* bad : {"[a", "a{2", "*", "\\", "(?<x>a)", "[z-a]"}) {
-    EXPECT_EQ(MessageOf([&] { Matching(bad); }).find(
-                  "Sumara Tables error: Run name regular expression invalid.\n"
-                  "Further information: Expression: " +
-                  std::string(bad) + "\nInner exception: "),
+    EXPECT_EQ(MessageOf([&] { Matching(bad); })
+                  .find("Sumara Tables error: Run name regular expression invalid.\n"
+                        "Further information: Expression: " +
+                        std::string(bad) + "\nInner exception: "),
               0u)
         << bad;
   }
@@ -283,6 +285,27 @@ TEST_F(RunSearchTest, FailedSearchCachesNothing) {
             "invalid.\nFurther information: File path: " +
                 Path("run2.$TE"));
   EXPECT_NE(Get("run1"), kept);
+}
+
+TEST_F(RunSearchTest, DirectoryThatCannotBeEnteredLosesTheWholeSearch) {
+  Sample("run1");
+  fs::permissions(Path("sub"), fs::perms::none);
+  std::string message;
+  Names rootOnly;
+  {
+    const Unprivileged user;
+    message = MessageOf([&] { All(); });
+    rootOnly = All(SearchScope::RootDirectoryOnly);
+  }
+  fs::permissions(Path("sub"), fs::perms::owner_all);
+  EXPECT_EQ(message,
+            "Sumara Tables error: A filesystem error was encountered when finding runs.\n"
+            "Further information: Directory: " +
+                m_directory.Path() +
+                "\nInner exception: filesystem error: recursive_directory_iterator::operator++: "
+                "Permission denied [" +
+                Path("sub") + "]");
+  EXPECT_EQ(rootOnly, (Names{"run1.$TE"}));
 }
 
 // The run cache.

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "tests/api/api_test.h"
+#include "tests/api/unprivileged.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ using SumaraApi::RunPtr;
 using testing_support::kFirstWrite;
 using testing_support::MessageOf;
 using testing_support::SetLastWrite;
+using testing_support::Unprivileged;
 
 class RunTest : public testing_support::ApiTest {
  protected:
@@ -129,15 +131,15 @@ TEST_F(RunTest, MissingSideFilesRaise5022) {
   const auto sample = Sample("run1");
   const RunPtr run = Get("run1");
   EXPECT_EQ(MessageOf([&] { run->GetMessageFileContent(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$ME") + "\nInner exception: run message file");
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$ME") +
+                "\nInner exception: run message file");
   EXPECT_EQ(MessageOf([&] { run->GetVerificationFileContent(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$VE") + "\nInner exception: run verification file");
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$VE") +
+                "\nInner exception: run verification file");
   fs::remove(sample.Path(".$TE"));
   EXPECT_EQ(MessageOf([&] { run->GetTerminationFileContent(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$TE") + "\nInner exception: run termination file");
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$TE") +
+                "\nInner exception: run termination file");
 }
 
 TEST_F(RunTest, FailedRefreshLeavesNoOldContent) {
@@ -147,8 +149,9 @@ TEST_F(RunTest, FailedRefreshLeavesNoOldContent) {
   run->GetMessageFileContent();
   fs::remove(sample.Path(".$ME"));
   sample.Touch();
-  const std::string missing = "IO error 5022: File not found.\nFurther information: File path: " +
-                              Path("run1.$ME") + "\nInner exception: run message file";
+  const std::string missing =
+      "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$ME") +
+      "\nInner exception: run message file";
   EXPECT_EQ(MessageOf([&] { run->GetMessageFileContent(); }), missing);
   EXPECT_EQ(MessageOf([&] { run->GetMessageFileContent(); }), missing);
   sample.Write(".$ME", "new");
@@ -259,8 +262,8 @@ TEST_F(RunTest, TimestampOfARunThatIsGoneRaises5022) {
   const RunPtr run = Get("run1");
   fs::remove(sample.Path(".$TE"));
   EXPECT_EQ(MessageOf([&] { run->GetTimestamp(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$TE") + "\nInner exception: Attempting to get last modified time");
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$TE") +
+                "\nInner exception: Attempting to get last modified time");
 }
 
 TEST_F(RunTest, DurationIsTruncatedToWholeSeconds) {
@@ -295,8 +298,7 @@ TEST_F(RunTest, VerificationFileASecondYoungerRaises143) {
 TEST_F(RunTest, DurationWithoutVerificationFileRaises5022) {
   Sample("run1");
   EXPECT_EQ(MessageOf([&] { Get("run1")->GetExecutionDurationSeconds(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$VE") +
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$VE") +
                 "\nInner exception: Attempting to get run execution duration");
 }
 
@@ -411,6 +413,25 @@ TEST_F(RunTest, LinkLoopInTheDirectoryIsAnError) {
   fs::create_symlink("loop", Path("loop"));
   EXPECT_EQ(MessageOf([&] { Get("run1")->GetCalculationType(); }),
             "filesystem error: status: Too many levels of symbolic links [" + Path("loop") + "]");
+}
+
+TEST_F(RunTest, FilesWithoutPermissionAreErrors) {
+  const auto sample = Sample("run1");
+  sample.Header("01", {});
+  fs::permissions(sample.Path(".$TE"), fs::perms::none);
+  fs::permissions(sample.Path(".%01"), fs::perms::none);
+  const RunPtr run = Get("run1");
+  const Unprivileged user;
+  EXPECT_EQ(MessageOf([&] { run->GetCompletionState(); }),
+            "IO error 5009: Failed to read data.\nFurther information: File path: " +
+                Path("run1.$TE") + "\nInner exception: Permission denied");
+  EXPECT_EQ(
+      MessageOf([&] { run->GetCalculationType(); }),
+      "IO error 5007: Stream has error flag(s).\nFurther information: failbit: last operation "
+      "on stream invalid - check file or directory exists, path does not contain illegal "
+      "characters, and file is not locked by another process\nFurther information: "
+      "Permission denied\nPath: " +
+          Path("run1.%01"));
 }
 
 TEST_F(RunTest, DirectoryThatIsGoneIsAnError) {

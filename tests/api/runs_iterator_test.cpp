@@ -5,6 +5,7 @@
 
 #include "api/runs_iterator_regex.h"
 #include "tests/api/api_test.h"
+#include "tests/api/unprivileged.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ using SumaraApi::SearchScope;
 using SumaraApi::TabulonApi;
 using SumaraApi::TabulonApi_SearchSettings;
 using testing_support::MessageOf;
+using testing_support::Unprivileged;
 using Names = std::vector<std::string>;
 
 class RunsIteratorTest : public testing_support::ApiTest {
@@ -200,6 +202,21 @@ TEST_F(RunsIteratorTest, DirectoryThatCannotBeEnteredIsAnErrorOfTheAdvance) {
   EXPECT_EQ(MessageOf([&] { iterator.GetNextRun(); }), message);
 }
 
+TEST_F(RunsIteratorTest, DirectoryWithoutPermissionIsAnErrorOfTheAdvance) {
+  m_directory.MakeDirectory("sub");
+  Sample("sub/run1");
+  fs::permissions(Path("sub"), fs::perms::none);
+  std::string message;
+  {
+    const Unprivileged user;
+    message = MessageOf([&] { RunsIterator(m_directory.Path()).GetNextRun(); });
+  }
+  fs::permissions(Path("sub"), fs::perms::owner_all);
+  EXPECT_EQ(message,
+            "filesystem error: recursive_directory_iterator::operator++: Permission denied [" +
+                Path("sub") + "]");
+}
+
 TEST_F(RunsIteratorTest, FiltersApplyAsTheyStandAtEachCall) {
   Sample("run1", "Run completed");
   Sample("run2", "*** ERROR");
@@ -227,8 +244,8 @@ TEST_F(RunsIteratorTest, RunThatIsDeletedOnTheWayIsFoundAsTheDirectoryToldIt) {
   const RunPtr run = iterator.GetNextRun();
   ASSERT_NE(run, nullptr);
   EXPECT_EQ(MessageOf([&] { run->GetCompletionState(); }),
-            "IO error 5022: File not found.\nFurther information: File path: " +
-                Path("run1.$TE") + "\nInner exception: run termination file");
+            "IO error 5022: File not found.\nFurther information: File path: " + Path("run1.$TE") +
+                "\nInner exception: run termination file");
 }
 
 }  // namespace

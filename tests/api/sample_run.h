@@ -58,7 +58,7 @@ struct SampleGroup {
   std::vector<SampleVariable> variables = {{"Speed", "A/T"}, {"Power", "P"}};
   std::vector<SampleAxis> axes = {SampleAxis{}};  ///< of two, the primary first
   std::vector<double> values = {1, 10, 4, 40, 2, 20, 3, 30};
-  std::string statistics;  ///< the lines below the axis blocks
+  std::string statistics = {};  ///< the lines below the axis blocks
 };
 
 /// A statistics block from its lines of values.
@@ -70,7 +70,7 @@ inline std::string StatisticsBlock(const std::vector<std::string>& uloads,
   return text + "MAXTIME   " + maxTime + "\nMINTIME   " + minTime + "\nMEAN   " + mean + "\n";
 }
 
-inline std::string HeaderText(const SampleGroup& group, const std::string& dataFileName) {
+inline std::string SampleHeader(const SampleGroup& group, const std::string& dataFileName) {
   std::string dimensions = std::to_string(group.variables.size());
   std::string blocks;
   for (auto axis = group.axes.rbegin(); axis != group.axes.rend(); ++axis) {
@@ -100,8 +100,8 @@ std::string WordBytes(const std::vector<double>& values) {
 inline std::string DataBytes(const SampleGroup& group) {
   if (!group.binary) {
     const bool linePerPoint = group.axes.size() == 1 || group.variables.size() == 1;
-    const std::size_t perLine = linePerPoint ? group.values.size() / group.axes.front().count
-                                             : group.variables.size();
+    const std::size_t perLine =
+        linePerPoint ? group.values.size() / group.axes.front().count : group.variables.size();
     std::string text;
     for (std::size_t i = 0; i < group.values.size(); ++i) {
       text += " " + std::to_string(group.values[i]) + ((i + 1) % perLine == 0 ? "\n" : "");
@@ -153,7 +153,7 @@ class SampleRun {
 
   const SampleRun& Header(const std::string& number, const SampleGroup& group) const {
     const std::string file = m_name.substr(m_name.find_last_of('/') + 1);
-    return Write(".%" + number, HeaderText(group, file + ".$" + number));
+    return Write(".%" + number, SampleHeader(group, file + ".$" + number));
   }
 
   /// Moves the last write of the termination file, as a rewrite does.

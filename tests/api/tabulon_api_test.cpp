@@ -5,16 +5,17 @@
 #include <filesystem>
 
 #include "tests/api/api_test.h"
+#include "tests/api/unprivileged.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using SumaraApi::Run;
 using SumaraApi::RunPtr;
 using SumaraApi::TabulonApi;
 using testing_support::kFirstWrite;
 using testing_support::MessageOf;
 using testing_support::SetLastWrite;
+using testing_support::Unprivileged;
 
 class TabulonApiTest : public testing_support::ApiTest {
  protected:
@@ -51,9 +52,26 @@ TEST_F(TabulonApiTest, MissingDirectoryRaises139) {
 
 TEST_F(TabulonApiTest, DirectoryThatCannotBeAskedForPassesTheIoErrorOn) {
   fs::create_symlink("loop", Path("loop"));
-  EXPECT_EQ(GetRunMessage(Path("loop"), "run1"),
-            "IO error 5026: Failed to check whether file exists.\nFurther information: File path: " +
-                Path("loop") + "\nInner exception: Too many levels of symbolic links");
+  EXPECT_EQ(
+      GetRunMessage(Path("loop"), "run1"),
+      "IO error 5026: Failed to check whether file exists.\nFurther information: File path: " +
+          Path("loop") + "\nInner exception: Too many levels of symbolic links");
+}
+
+TEST_F(TabulonApiTest, RunThatCannotBeAskedForPassesTheIoErrorOn) {
+  m_directory.MakeDirectory("sub");
+  Sample("sub/run1");
+  fs::permissions(Path("sub"), fs::perms::none);
+  std::string message;
+  {
+    const Unprivileged user;
+    message = GetRunMessage(Path("sub"), "run1");
+  }
+  fs::permissions(Path("sub"), fs::perms::owner_all);
+  EXPECT_EQ(
+      message,
+      "IO error 5026: Failed to check whether file exists.\nFurther information: File path: " +
+          Path("sub/run1.$TE") + "\nInner exception: Permission denied");
 }
 
 TEST_F(TabulonApiTest, MissingRunRaises141) {
@@ -212,7 +230,7 @@ TEST_F(TabulonApiTest, ClearRunsForgetsWhatCallersKeep) {
 
 TEST_F(TabulonApiTest, DroppedRunIsFreedWithItsLastHolder) {
   Sample("run1");
-  std::weak_ptr<Run> watched = Get("run1");
+  std::weak_ptr<SumaraApi::Run> watched = Get("run1");
   EXPECT_FALSE(watched.expired());
   TabulonApi::ClearRuns();
   EXPECT_TRUE(watched.expired());

@@ -109,10 +109,11 @@ TEST_F(Variable1DTest, SecondRequestReadsNothing) {
 TEST_F(Variable1DTest, MissingDataFileRaises147) {
   Sample("run1").Header("01", {});
   const auto speed = Load("Speed");
-  EXPECT_EQ(MessageOf([&] { speed->GetData(); }),
-            "Sumara Tables error: Getting data for 1D variable failed." + Context("Speed") +
-                "\nInner exception: IO error 5000: The file does not exist.\nFurther information: " +
-                Path("run1.$01"));
+  EXPECT_EQ(
+      MessageOf([&] { speed->GetData(); }),
+      "Sumara Tables error: Getting data for 1D variable failed." + Context("Speed") +
+          "\nInner exception: IO error 5000: The file does not exist.\nFurther information: " +
+          Path("run1.$01"));
 }
 
 TEST_F(Variable1DTest, EmptyDataFileRaises147) {

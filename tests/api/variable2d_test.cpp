@@ -37,9 +37,7 @@ class Variable2DTest : public testing_support::ApiTest {
     return group;
   }
   static SampleAxis Distances() { return ValueAxis("Distance", "L", {"0.0", "5.0", "10.0"}); }
-  static SampleAxis Blades() {
-    return StringAxis("Blade", "N", {"Blade 1", "Blade 2", "Blade 3"});
-  }
+  static SampleAxis Blades() { return StringAxis("Blade", "N", {"Blade 1", "Blade 2", "Blade 3"}); }
 
   std::shared_ptr<Variable2D<float>> Load(const SampleGroup& group,
                                           const std::string& name = "Speed") {
@@ -232,8 +230,7 @@ TEST_F(Variable2DTest, IntervalAxisIsAskedByValueToo) {
   const auto speed = Load(Group(IntervalAxis("Distance", "L", "1.0", "0.5", 3)));
   EXPECT_EQ(speed->GetDataAtValue(1.5), (Floats{3, 9}));
   EXPECT_EQ(speed->GetDataAtValue("2"), (Floats{5, 11}));
-  EXPECT_EQ(MessageOf([&] { speed->GetDataAtValue(1.25); }),
-            AxisValueNotFound("Distance", "1.25"));
+  EXPECT_EQ(MessageOf([&] { speed->GetDataAtValue(1.25); }), AxisValueNotFound("Distance", "1.25"));
 }
 
 TEST_F(Variable2DTest, SharedDataOutlivesUnload) {
@@ -256,20 +253,20 @@ TEST_F(Variable2DTest, IndependentVariablesByNameAndId) {
   const auto speed = Load(Group(Distances()));
   EXPECT_EQ(speed->GetIndependentVariable("DISTANCE")->GetName(), "Distance");
   EXPECT_EQ(speed->GetIndependentVariable("time")->GetName(), "Time");
-  EXPECT_EQ(speed->GetIndependentVariable(IndependentVariableId::PrimaryIndependentVariable)
-                ->GetName(),
-            "Time");
-  EXPECT_EQ(speed->GetIndependentVariable(IndependentVariableId::SecondaryIndependentVariable)
-                ->GetName(),
-            "Distance");
+  EXPECT_EQ(
+      speed->GetIndependentVariable(IndependentVariableId::PrimaryIndependentVariable)->GetName(),
+      "Time");
+  EXPECT_EQ(
+      speed->GetIndependentVariable(IndependentVariableId::SecondaryIndependentVariable)->GetName(),
+      "Distance");
   EXPECT_EQ(MessageOf([&] { speed->GetIndependentVariable("Angle"); }),
             "Sumara Tables error: Independent variable was not found.\nFurther information: "
             "Independent variable name requested: 'Angle'" +
                 Context());
-  EXPECT_EQ(MessageOf(
-                [&] { speed->GetIndependentVariable(static_cast<IndependentVariableId>(2)); }),
-            "Sumara Tables error: Independent variable was not found.\nFurther information: " +
-                Context());
+  EXPECT_EQ(
+      MessageOf([&] { speed->GetIndependentVariable(static_cast<IndependentVariableId>(2)); }),
+      "Sumara Tables error: Independent variable was not found.\nFurther information: " +
+          Context());
 }
 
 // Statistics.

@@ -4,232 +4,224 @@
 
 namespace {
 
-using Sumara::DataRequest;
 using Sumara::Long;
 using testing_support::Count;
 using testing_support::MessageOf;
-using testing_support::TypePair;
-using testing_support::WordsOf;
 
-/// Binary data files, in all pairs of a stored and a target type.
-template <class Pair>
-class BinaryDataTest : public testing_support::DataFixture<Pair> {
+/// Binary data files of words 0, 1, 2 and so on.
+class BinaryDataTest : public testing_support::DataFixture {
  protected:
-  using Stored = typename Pair::Stored;
-
-  void Write(std::size_t words) { m_directory().template WriteWords<Stored>("run.$01", WordsOf<Stored>(Count(words))); }
+  void WriteWords(std::size_t count) const { Write(m_reader->Bytes(Count(count))); }
 
   std::string Beyond(std::uint64_t point, std::size_t variable, std::uint64_t offset, std::uint64_t words) const {
     return "Sumara Tables error: Error reading series data.\nFurther information: Point index = " +
            std::to_string(point) + "; series " + std::to_string(variable) +
            "\nInner exception: IO error 5008: Data requested past end of file.\nFurther information: word offset = " +
-           std::to_string(offset) + "; m_totalWordCount = " + std::to_string(words) + "; path: " + this->Path();
+           std::to_string(offset) + "; m_totalWordCount = " + std::to_string(words) + "; path: " + Path();
   }
-
-  const testing_support::TempDirectory& m_directory() const { return testing_support::DataFixture<Pair>::m_directory; }
 };
-TYPED_TEST_SUITE(BinaryDataTest, testing_support::ElementTypePairs);
+INSTANTIATE_TEST_SUITE_P(Readers, BinaryDataTest, ::testing::ValuesIn(testing_support::AllReaders()),
+                         testing_support::ReaderName);
 
-TYPED_TEST(BinaryDataTest, OneAxis) {
-  this->Write(3 * 50);
+TEST_P(BinaryDataTest, OneAxis) {
+  WriteWords(3 * 50);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 50}, /*binary=*/true);
-    EXPECT_EQ(this->Read(this->All(50, keepBuffer)), 50u);
-    this->ExpectAllCounted(50);
-    EXPECT_EQ(this->m_target.filled, (std::vector<std::pair<std::size_t, std::size_t>>{{0, 0}, {1, 0}, {2, 0}}));
-    EXPECT_FALSE(this->m_file->IsOpen());
+    Open({3, 50}, /*binary=*/true);
+    EXPECT_EQ(Read(All(50, keepBuffer)), 50u);
+    ExpectAllCounted(50);
+    EXPECT_EQ(Filled(), (Places{{0, 0}, {1, 0}, {2, 0}}));
+    ExpectClosed();
   }
 }
 
-TYPED_TEST(BinaryDataTest, TwoAxes) {
-  this->Write(2 * 4 * 30);
+TEST_P(BinaryDataTest, TwoAxes) {
+  WriteWords(2 * 4 * 30);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, 4, 30}, /*binary=*/true);
-    EXPECT_EQ(this->Read(this->All(30, keepBuffer)), 30u);
-    this->ExpectAllCounted(30);
-    EXPECT_EQ(this->m_target.filled.size(), 8u);
+    Open({2, 4, 30}, /*binary=*/true);
+    EXPECT_EQ(Read(All(30, keepBuffer)), 30u);
+    ExpectAllCounted(30);
+    EXPECT_EQ(Filled().size(), 8u);
   }
 }
 
-TYPED_TEST(BinaryDataTest, PartOfAGroupInTwoRequests) {
-  this->Write(3 * 4 * 30);
+TEST_P(BinaryDataTest, PartOfAGroupInTwoRequests) {
+  WriteWords(3 * 4 * 30);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 4, 30}, /*binary=*/true);
-    this->Read({{2}, {3, 1}, 30, keepBuffer});
-    EXPECT_EQ(this->m_target.filled, (std::vector<std::pair<std::size_t, std::size_t>>{{2, 3}, {2, 1}}));
-    EXPECT_EQ(this->m_target.Of(2, 1), this->Counted(2, 1, 30));
-    EXPECT_EQ(this->m_target.Of(2, 3), this->Counted(2, 3, 30));
-    this->Read({{0, 1}, {0}, 30, keepBuffer});
-    EXPECT_EQ(this->m_target.Of(0, 0), this->Counted(0, 0, 30));
-    EXPECT_EQ(this->m_target.Of(1, 0), this->Counted(1, 0, 30));
+    Open({3, 4, 30}, /*binary=*/true);
+    Read({{2}, {3, 1}, 30, keepBuffer});
+    EXPECT_EQ(Filled(), (Places{{2, 3}, {2, 1}}));
+    EXPECT_EQ(Of(2, 1), Counted(2, 1, 30));
+    EXPECT_EQ(Of(2, 3), Counted(2, 3, 30));
+    Read({{0, 1}, {0}, 30, keepBuffer});
+    EXPECT_EQ(Of(0, 0), Counted(0, 0, 30));
+    EXPECT_EQ(Of(1, 0), Counted(1, 0, 30));
   }
 }
 
-TYPED_TEST(BinaryDataTest, FewerPointsThanTheFileHolds) {
-  this->Write(3 * 50);
+TEST_P(BinaryDataTest, FewerPointsThanTheFileHolds) {
+  WriteWords(3 * 50);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 50}, /*binary=*/true);
-    EXPECT_EQ(this->Read(this->All(7, keepBuffer)), 7u);
-    this->ExpectAllCounted(7);
+    Open({3, 50}, /*binary=*/true);
+    EXPECT_EQ(Read(All(7, keepBuffer)), 7u);
+    ExpectAllCounted(7);
   }
 }
 
-TYPED_TEST(BinaryDataTest, AllPointsAreThoseThatTheLengthGives) {
-  this->Write(3 * 50 + 2);
-  std::filesystem::resize_file(this->Path(), (3 * 50 + 2) * sizeof(typename TestFixture::Stored) + 1);
+TEST_P(BinaryDataTest, AllPointsAreThoseThatTheLengthGives) {
+  WriteWords(3 * 50 + 2);
+  std::filesystem::resize_file(Path(), (3 * 50 + 2) * m_reader->WordSize() + 1);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 0}, /*binary=*/true);
-    EXPECT_EQ(this->Read(this->All(0, keepBuffer)), 50u);
-    this->ExpectAllCounted(50);
+    Open({3, 0}, /*binary=*/true);
+    EXPECT_EQ(Read(All(0, keepBuffer)), 50u);
+    ExpectAllCounted(50);
   }
 }
 
-TYPED_TEST(BinaryDataTest, TooShortAFileRaises25AtThePointThatIsMissing) {
-  this->Write(2 * 8);
+TEST_P(BinaryDataTest, TooShortAFileRaises25AtThePointThatIsMissing) {
+  WriteWords(2 * 8);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, 10}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf(this->All(10, keepBuffer)), this->Beyond(8, 0, 16, 16));
-    EXPECT_TRUE(this->m_target.filled.empty());
-    EXPECT_FALSE(this->m_file->IsOpen());
+    Open({2, 10}, /*binary=*/true);
+    EXPECT_EQ(FailureOf(All(10, keepBuffer)), Beyond(8, 0, 16, 16));
+    EXPECT_TRUE(Filled().empty());
+    ExpectClosed();
   }
 }
 
-TYPED_TEST(BinaryDataTest, VariablesBeforeTheMissingWordAreDelivered) {
-  this->Write(3 * 8 + 1);
+TEST_P(BinaryDataTest, VariablesBeforeTheMissingWordAreDelivered) {
+  WriteWords(3 * 8 + 1);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 9}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf(this->All(9, keepBuffer)), this->Beyond(8, 1, 25, 25));
-    EXPECT_EQ(this->m_target.filled, (std::vector<std::pair<std::size_t, std::size_t>>{{0, 0}}));
-    EXPECT_EQ(this->m_target.Of(0), this->Counted(0, 0, 9));
+    Open({3, 9}, /*binary=*/true);
+    EXPECT_EQ(FailureOf(All(9, keepBuffer)), Beyond(8, 1, 25, 25));
+    EXPECT_EQ(Filled(), (Places{{0, 0}}));
+    EXPECT_EQ(Of(0), Counted(0, 0, 9));
   }
 }
 
-TYPED_TEST(BinaryDataTest, WordCutInTwoIsMissing) {
-  this->Write(10);
-  std::filesystem::resize_file(this->Path(), 10 * sizeof(typename TestFixture::Stored) - 1);
+TEST_P(BinaryDataTest, WordCutInTwoIsMissing) {
+  WriteWords(10);
+  std::filesystem::resize_file(Path(), 10 * m_reader->WordSize() - 1);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({1, 10}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf(this->All(10, keepBuffer)), this->Beyond(9, 0, 9, 9));
+    Open({1, 10}, /*binary=*/true);
+    EXPECT_EQ(FailureOf(All(10, keepBuffer)), Beyond(9, 0, 9, 9));
   }
 }
 
-TYPED_TEST(BinaryDataTest, EmptyFileLeavesTheSeriesEmpty) {
-  this->Write(0);
+TEST_P(BinaryDataTest, EmptyFileLeavesTheSeriesEmpty) {
+  WriteWords(0);
   for (const bool keepBuffer : {true, false}) {
     for (const std::uint64_t points : {0u, 10u}) {
-      this->Open({2, points}, /*binary=*/true);
-      EXPECT_EQ(this->Read(this->All(points, keepBuffer)), 0u);
-      EXPECT_TRUE(this->m_target.filled.empty());
-      EXPECT_FALSE(this->m_file->IsOpen());
+      Open({2, points}, /*binary=*/true);
+      EXPECT_EQ(Read(All(points, keepBuffer)), 0u);
+      EXPECT_TRUE(Filled().empty());
+      ExpectClosed();
     }
   }
 }
 
-TYPED_TEST(BinaryDataTest, FileShorterThanAPointHoldsNone) {
-  this->Write(2);
+TEST_P(BinaryDataTest, FileShorterThanAPointHoldsNone) {
+  WriteWords(2);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 0}, /*binary=*/true);
-    EXPECT_EQ(this->Read(this->All(0, keepBuffer)), 0u);
-    EXPECT_EQ(this->m_target.filled.size(), 3u);
-    EXPECT_EQ(this->m_target.Of(2), std::vector<double>{});
+    Open({3, 0}, /*binary=*/true);
+    EXPECT_EQ(Read(All(0, keepBuffer)), 0u);
+    EXPECT_EQ(Filled().size(), 3u);
+    EXPECT_EQ(Of(2), std::vector<double>{});
   }
 }
 
-TYPED_TEST(BinaryDataTest, MissingFileRaises5000) {
+TEST_P(BinaryDataTest, MissingFileRaises5000) {
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, 10}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf(this->All(10, keepBuffer)),
-              "IO error 5000: The file does not exist.\nFurther information: " + this->Path());
+    Open({2, 10}, /*binary=*/true);
+    EXPECT_EQ(FailureOf(All(10, keepBuffer)),
+              Missing());
   }
 }
 
-TYPED_TEST(BinaryDataTest, KeptBufferOutlivesTheFile) {
-  this->Write(2 * 10);
-  this->Open({2, 10}, /*binary=*/true);
-  this->Read({{0}, {0}, 10, true});
-  std::filesystem::remove(this->Path());
-  this->Read({{1}, {0}, 10, true});
-  EXPECT_EQ(this->m_target.Of(1), this->Counted(1, 0, 10));
-  this->m_file->Close();
-  EXPECT_EQ(this->FailureOf({{1}, {0}, 10, true}),
-            "IO error 5000: The file does not exist.\nFurther information: " + this->Path());
+TEST_P(BinaryDataTest, KeptBufferOutlivesTheFile) {
+  WriteWords(2 * 10);
+  Open({2, 10}, /*binary=*/true);
+  Read({{0}, {0}, 10, true});
+  std::filesystem::remove(Path());
+  Read({{1}, {0}, 10, true});
+  EXPECT_EQ(Of(1), Counted(1, 0, 10));
+  m_reader->File().Close();
+  EXPECT_EQ(FailureOf({{1}, {0}, 10, true}),
+            Missing());
 }
 
-TYPED_TEST(BinaryDataTest, FileReadInBlocksIsReadAnewEachTime) {
-  this->Write(2 * 10);
-  this->Open({2, 10}, /*binary=*/true);
-  this->Read({{0}, {0}, 10, false});
-  this->Write(2 * 20);
-  EXPECT_EQ(this->Read({{1}, {0}, 20, false}), 20u);
-  EXPECT_EQ(this->m_target.Of(1), this->Counted(1, 0, 20));
-  std::filesystem::remove(this->Path());
-  EXPECT_EQ(this->FailureOf({{1}, {0}, 10, false}),
-            "IO error 5000: The file does not exist.\nFurther information: " + this->Path());
+TEST_P(BinaryDataTest, FileReadInBlocksIsReadAnewEachTime) {
+  WriteWords(2 * 10);
+  Open({2, 10}, /*binary=*/true);
+  Read({{0}, {0}, 10, false});
+  WriteWords(2 * 20);
+  EXPECT_EQ(Read({{1}, {0}, 20, false}), 20u);
+  EXPECT_EQ(Of(1), Counted(1, 0, 20));
+  std::filesystem::remove(Path());
+  EXPECT_EQ(FailureOf({{1}, {0}, 10, false}),
+            Missing());
 }
 
-TYPED_TEST(BinaryDataTest, BlocksEndAnywhereWithinAPoint) {
+TEST_P(BinaryDataTest, BlocksEndAnywhereWithinAPoint) {
   constexpr std::size_t kVariables = 7;
   constexpr std::size_t kPoints = 70000;  // more than one block of words of any size
-  std::vector<typename TestFixture::Stored> words;
-  for (std::size_t i = 0; i < kVariables * kPoints; ++i) {
-    words.push_back(static_cast<typename TestFixture::Stored>(static_cast<int>(i % 30011)));
-  }
-  this->m_directory().template WriteWords<typename TestFixture::Stored>("run.$01", words);
-  this->Open({kVariables, kPoints}, /*binary=*/true);
-  this->Read(this->All(kPoints, /*keepBuffer=*/true));
-  const auto buffered = this->m_target;
-  this->Open({kVariables, kPoints}, /*binary=*/true);
-  this->Read(this->All(kPoints, /*keepBuffer=*/false));
+  std::vector<double> values;
+  for (std::size_t i = 0; i < kVariables * kPoints; ++i) values.push_back(static_cast<double>(i % 30011));
+  Write(m_reader->Bytes(values));
+  Open({kVariables, kPoints}, /*binary=*/true);
+  Read(All(kPoints, /*keepBuffer=*/true));
+  std::vector<std::vector<double>> buffered;
+  for (std::size_t variable = 0; variable < kVariables; ++variable) buffered.push_back(Of(variable));
+  Open({kVariables, kPoints}, /*binary=*/true);
+  Read(All(kPoints, /*keepBuffer=*/false));
   for (std::size_t variable = 0; variable < kVariables; ++variable) {
-    EXPECT_EQ(this->m_target.Of(variable), buffered.Of(variable));
-    EXPECT_EQ(buffered.Of(variable)[kPoints - 1], ((kPoints - 1) * kVariables + variable) % 30011);
+    EXPECT_EQ(Of(variable), buffered[variable]);
+    EXPECT_EQ(buffered[variable][kPoints - 1], ((kPoints - 1) * kVariables + variable) % 30011);
   }
 }
 
-TYPED_TEST(BinaryDataTest, PointsFartherApartThanABlock) {
+TEST_P(BinaryDataTest, PointsFartherApartThanABlock) {
   constexpr std::size_t kVariables = 300000;
-  this->Write(0);
-  std::filesystem::resize_file(this->Path(), 3 * kVariables * sizeof(typename TestFixture::Stored));
-  this->Open({kVariables, 3}, /*binary=*/true);
-  EXPECT_EQ(this->Read({{5, kVariables - 1}, {0}, 3, false}), 3u);
-  EXPECT_EQ(this->m_target.Of(5), (std::vector<double>{0, 0, 0}));
-  EXPECT_EQ(this->m_target.Of(kVariables - 1), (std::vector<double>{0, 0, 0}));
+  WriteWords(0);
+  std::filesystem::resize_file(Path(), 3 * kVariables * m_reader->WordSize());
+  Open({kVariables, 3}, /*binary=*/true);
+  EXPECT_EQ(Read({{5, kVariables - 1}, {0}, 3, false}), 3u);
+  EXPECT_EQ(Of(5), (std::vector<double>{0, 0, 0}));
+  EXPECT_EQ(Of(kVariables - 1), (std::vector<double>{0, 0, 0}));
 }
 
-TYPED_TEST(BinaryDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
+TEST_P(BinaryDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
   constexpr std::uint64_t kHuge = std::uint64_t{1} << 63;
-  this->Write(12);
+  WriteWords(12);
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, kHuge}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf({{1}, {0}, kHuge, keepBuffer}), this->Beyond(6, 1, 13, 12));
-    this->Open({kHuge, 1}, /*binary=*/true);
-    EXPECT_EQ(this->Read({{1}, {0}, 1, keepBuffer}), 1u);
-    EXPECT_EQ(this->m_target.Of(1), std::vector<double>{1});
-    this->Open({kHuge, 3, 1}, /*binary=*/true);
-    EXPECT_EQ(this->Read({{2}, {0}, 1, keepBuffer}), 1u);
-    EXPECT_EQ(this->m_target.Of(2), std::vector<double>{2});
-    this->Open({kHuge, 1}, /*binary=*/true);
-    EXPECT_EQ(this->Read({{1}, {0}, 0, keepBuffer}), 0u);
-    EXPECT_EQ(this->m_target.Of(1), std::vector<double>{});
+    Open({2, kHuge}, /*binary=*/true);
+    EXPECT_EQ(FailureOf({{1}, {0}, kHuge, keepBuffer}), Beyond(6, 1, 13, 12));
+    Open({kHuge, 1}, /*binary=*/true);
+    EXPECT_EQ(Read({{1}, {0}, 1, keepBuffer}), 1u);
+    EXPECT_EQ(Of(1), std::vector<double>{1});
+    Open({kHuge, 3, 1}, /*binary=*/true);
+    EXPECT_EQ(Read({{2}, {0}, 1, keepBuffer}), 1u);
+    EXPECT_EQ(Of(2), std::vector<double>{2});
+    Open({kHuge, 1}, /*binary=*/true);
+    EXPECT_EQ(Read({{1}, {0}, 0, keepBuffer}), 0u);
+    EXPECT_EQ(Of(1), std::vector<double>{});
   }
 }
 
-TYPED_TEST(BinaryDataTest, VariableThatTheLayoutDoesNotHoldRaises25) {
-  this->Write(12);
+TEST_P(BinaryDataTest, VariableThatTheLayoutDoesNotHoldRaises25) {
+  WriteWords(12);
   const std::string failure =
-      "\nInner exception: IO error 5010: Read offset invalid.\nFurther information: path: " + this->Path();
+      "\nInner exception: IO error 5010: Read offset invalid.\nFurther information: path: " + Path();
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, 6}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf({{0, 2}, {0}, 6, keepBuffer}),
+    Open({2, 6}, /*binary=*/true);
+    EXPECT_EQ(FailureOf({{0, 2}, {0}, 6, keepBuffer}),
               "Sumara Tables error: Error reading series data.\nFurther information: Point index = 0; series 2" +
                   failure);
-    EXPECT_EQ(this->m_target.Of(0), this->Counted(0, 0, 6));
-    this->Open({2, 2, 3}, /*binary=*/true);
-    EXPECT_EQ(this->FailureOf({{0}, {2}, 3, keepBuffer}),
+    EXPECT_EQ(Of(0), Counted(0, 0, 6));
+    Open({2, 2, 3}, /*binary=*/true);
+    EXPECT_EQ(FailureOf({{0}, {2}, 3, keepBuffer}),
               "Sumara Tables error: Error reading series data.\nFurther information: Point index = 0; series 0" +
                   failure);
-    this->Open({0, 6}, /*binary=*/true);
-    EXPECT_EQ(this->Read({{0}, {0}, 0, keepBuffer}), 0u);
+    Open({0, 6}, /*binary=*/true);
+    EXPECT_EQ(Read({{0}, {0}, 0, keepBuffer}), 0u);
   }
 }
 

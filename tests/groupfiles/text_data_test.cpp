@@ -5,11 +5,9 @@
 
 namespace {
 
-using Sumara::DataRequest;
 using testing_support::LinesOf;
 
 using Rows = std::vector<std::vector<double>>;
-using Filled = std::vector<std::pair<std::size_t, std::size_t>>;
 
 /// 0, 1, 2 and so on in rows.
 Rows CountedRows(std::size_t rows, std::size_t columns) {
@@ -34,17 +32,13 @@ std::string FixedLines(const Rows& rows, const std::string& lineEnd = "\n") {
   return text;
 }
 
-/// Text data files, in all pairs of a stored and a target type.
-template <class Pair>
-class TextDataTest : public testing_support::DataFixture<Pair> {
+class TextDataTest : public testing_support::DataFixture {
  protected:
-  void Write(const std::string& text) { this->m_directory.Write("run.$01", text); }
-
   std::string Failure(const std::string& cause) const {
     return "Sumara Tables error: Error reading series data.\nFurther information: the group\nInner exception: " + cause;
   }
   std::string LineContext(std::uint64_t line) const {
-    return "line number = " + std::to_string(line) + "; path: " + this->Path();
+    return "line number = " + std::to_string(line) + "; path: " + Path();
   }
   /// The file ended: up to the words of the stream's state.
   std::string EndOfFile(std::uint64_t line) const {
@@ -62,295 +56,294 @@ class TextDataTest : public testing_support::DataFixture<Pair> {
     const std::uint64_t points = dimensions.back();
     for (const bool keepBuffer : {true, false}) {
       for (const std::uint64_t asked : {points, std::uint64_t{0}}) {
-        this->Open(dimensions, /*binary=*/false, headerRecords);
+        Open(dimensions, /*binary=*/false, headerRecords);
         for (int request = 0; request < 3; ++request) {
-          EXPECT_EQ(this->Read(this->All(asked, keepBuffer)), points);
-          this->ExpectAllCounted(points);
-          EXPECT_FALSE(this->m_file->IsOpen());
+          EXPECT_EQ(Read(All(asked, keepBuffer)), points);
+          ExpectAllCounted(points);
+          ExpectClosed();
         }
-        this->Open(dimensions, /*binary=*/false, headerRecords);
-        for (std::size_t variable = 0; variable < this->m_layout.variables; ++variable) {
-          for (std::size_t secondary = 0; secondary < this->m_layout.secondary; ++secondary) {
-            EXPECT_EQ(this->Read({{variable}, {secondary}, asked, keepBuffer}), points);
-            EXPECT_EQ(this->m_target.filled, (Filled{{variable, secondary}}));
-            EXPECT_EQ(this->m_target.Of(variable, secondary), this->Counted(variable, secondary, points));
+        Open(dimensions, /*binary=*/false, headerRecords);
+        for (std::size_t variable = 0; variable < m_layout.variables; ++variable) {
+          for (std::size_t secondary = 0; secondary < m_layout.secondary; ++secondary) {
+            EXPECT_EQ(Read({{variable}, {secondary}, asked, keepBuffer}), points);
+            EXPECT_EQ(Filled(), (Places{{variable, secondary}}));
+            EXPECT_EQ(Of(variable, secondary), Counted(variable, secondary, points));
           }
         }
       }
     }
   }
 };
-TYPED_TEST_SUITE(TextDataTest, testing_support::ElementTypePairs);
+INSTANTIATE_TEST_SUITE_P(Readers, TextDataTest, ::testing::ValuesIn(testing_support::AllReaders()),
+                         testing_support::ReaderName);
 
-TYPED_TEST(TextDataTest, OneAxisWithLinesOfAnyLength) {
-  this->Write(LinesOf(CountedRows(40, 3)));
-  this->ExpectCountedInEveryWay({3, 40});
+TEST_P(TextDataTest, OneAxisWithLinesOfAnyLength) {
+  Write(LinesOf(CountedRows(40, 3)));
+  ExpectCountedInEveryWay({3, 40});
 }
 
-TYPED_TEST(TextDataTest, OneAxisWithLinesOfOneLength) {
-  this->Write(FixedLines(CountedRows(40, 3)));
-  this->ExpectCountedInEveryWay({3, 40});
+TEST_P(TextDataTest, OneAxisWithLinesOfOneLength) {
+  Write(FixedLines(CountedRows(40, 3)));
+  ExpectCountedInEveryWay({3, 40});
 }
 
-TYPED_TEST(TextDataTest, TwoAxesHaveALineForEachSecondaryValue) {
-  this->Write(LinesOf(CountedRows(20 * 4, 3)));
-  this->ExpectCountedInEveryWay({3, 4, 20});
-  this->Write(FixedLines(CountedRows(20 * 4, 3)));
-  this->ExpectCountedInEveryWay({3, 4, 20});
+TEST_P(TextDataTest, TwoAxesHaveALineForEachSecondaryValue) {
+  Write(LinesOf(CountedRows(20 * 4, 3)));
+  ExpectCountedInEveryWay({3, 4, 20});
+  Write(FixedLines(CountedRows(20 * 4, 3)));
+  ExpectCountedInEveryWay({3, 4, 20});
 }
 
-TYPED_TEST(TextDataTest, TwoAxesOfOneVariableHaveALineForEachPoint) {
-  this->Write(LinesOf(CountedRows(20, 4)));
-  this->ExpectCountedInEveryWay({1, 4, 20});
-  this->Write(FixedLines(CountedRows(20, 4)));
-  this->ExpectCountedInEveryWay({1, 4, 20});
+TEST_P(TextDataTest, TwoAxesOfOneVariableHaveALineForEachPoint) {
+  Write(LinesOf(CountedRows(20, 4)));
+  ExpectCountedInEveryWay({1, 4, 20});
+  Write(FixedLines(CountedRows(20, 4)));
+  ExpectCountedInEveryWay({1, 4, 20});
 }
 
-TYPED_TEST(TextDataTest, CarriageReturns) {
-  this->Write(LinesOf(CountedRows(40, 3), "\r\n"));
-  this->ExpectCountedInEveryWay({3, 40});
-  this->Write(FixedLines(CountedRows(40, 3), "\r\n"));
-  this->ExpectCountedInEveryWay({3, 40});
+TEST_P(TextDataTest, CarriageReturns) {
+  Write(LinesOf(CountedRows(40, 3), "\r\n"));
+  ExpectCountedInEveryWay({3, 40});
+  Write(FixedLines(CountedRows(40, 3), "\r\n"));
+  ExpectCountedInEveryWay({3, 40});
 }
 
-TYPED_TEST(TextDataTest, LastLineNeedsNoLineEnd) {
+TEST_P(TextDataTest, LastLineNeedsNoLineEnd) {
   std::string text = LinesOf(CountedRows(40, 3));
   text.pop_back();
-  this->Write(text);
-  this->ExpectCountedInEveryWay({3, 40});
+  Write(text);
+  ExpectCountedInEveryWay({3, 40});
 }
 
-TYPED_TEST(TextDataTest, HeaderRecordsAreNoData) {
-  this->Write("Results of a run\n\t 17 x\n" + LinesOf(CountedRows(40, 3)));
-  this->ExpectCountedInEveryWay({3, 40}, 2);
-  this->Write("Results\n" + LinesOf(CountedRows(20 * 4, 3)));
-  this->ExpectCountedInEveryWay({3, 4, 20}, 1);
-  this->Write("12345678901234567\n" + FixedLines(CountedRows(39, 3)) + "   117   118   119");
-  this->ExpectCountedInEveryWay({3, 40}, 1);
+TEST_P(TextDataTest, HeaderRecordsAreNoData) {
+  Write("Results of a run\n\t 17 x\n" + LinesOf(CountedRows(40, 3)));
+  ExpectCountedInEveryWay({3, 40}, 2);
+  Write("Results\n" + LinesOf(CountedRows(20 * 4, 3)));
+  ExpectCountedInEveryWay({3, 4, 20}, 1);
+  Write("12345678901234567\n" + FixedLines(CountedRows(39, 3)) + "   117   118   119");
+  ExpectCountedInEveryWay({3, 40}, 1);
 }
 
-TYPED_TEST(TextDataTest, SingleEmptyLinesArePassedOver) {
+TEST_P(TextDataTest, SingleEmptyLinesArePassedOver) {
   const std::string text = LinesOf(CountedRows(2, 3));
-  this->Write("\n" + text.substr(0, text.find('\n')) + "\n\n" + text.substr(text.find('\n') + 1));
-  this->Open({3, 2}, /*binary=*/false);
-  this->Read(this->All(2));
-  this->ExpectAllCounted(2);
+  Write("\n" + text.substr(0, text.find('\n')) + "\n\n" + text.substr(text.find('\n') + 1));
+  Open({3, 2}, /*binary=*/false);
+  Read(All(2));
+  ExpectAllCounted(2);
 }
 
-TYPED_TEST(TextDataTest, FurtherValuesOfALineAreNotData) {
-  this->Write("0 1 2 99\n3 4 5 and words\n");
-  this->ExpectCountedInEveryWay({3, 2});
+TEST_P(TextDataTest, FurtherValuesOfALineAreNotData) {
+  Write("0 1 2 99\n3 4 5 and words\n");
+  ExpectCountedInEveryWay({3, 2});
 }
 
-TYPED_TEST(TextDataTest, FewerPointsThanTheFileHolds) {
-  this->Write(LinesOf(CountedRows(40, 3)));
+TEST_P(TextDataTest, FewerPointsThanTheFileHolds) {
+  Write(LinesOf(CountedRows(40, 3)));
   for (int request = 0; request < 3; ++request) {
-    this->Open({3, 7}, /*binary=*/false);
-    EXPECT_EQ(this->Read(this->All(7)), 7u);
-    this->ExpectAllCounted(7);
+    Open({3, 7}, /*binary=*/false);
+    EXPECT_EQ(Read(All(7)), 7u);
+    ExpectAllCounted(7);
   }
 }
 
-TYPED_TEST(TextDataTest, TooFewLinesRaise25) {
-  this->Write(LinesOf(CountedRows(8, 3)));
+TEST_P(TextDataTest, TooFewLinesRaise25) {
+  Write(LinesOf(CountedRows(8, 3)));
   for (const bool keepBuffer : {true, false}) {
-    this->Open({3, 10}, /*binary=*/false);
+    Open({3, 10}, /*binary=*/false);
     for (int request = 0; request < 3; ++request) {
-      this->ExpectStartsWith(this->FailureOf(this->All(10, keepBuffer)), this->EndOfFile(8));
-      EXPECT_TRUE(this->m_target.filled.empty());
-      EXPECT_EQ(this->m_target.Of(0), std::vector<double>{});
-      EXPECT_FALSE(this->m_file->IsOpen());
+      ExpectStartsWith(FailureOf(All(10, keepBuffer)), EndOfFile(8));
+      EXPECT_TRUE(Filled().empty());
+      EXPECT_EQ(Of(0), std::vector<double>{});
+      ExpectClosed();
     }
   }
 }
 
-TYPED_TEST(TextDataTest, PointCutInTwoIsMissing) {
-  this->Write(LinesOf(CountedRows(3 * 4 - 1, 2)));
-  this->Open({2, 4, 3}, /*binary=*/false);
-  this->ExpectStartsWith(this->FailureOf({{0}, {0}, 3, true}), this->EndOfFile(11));
-  EXPECT_EQ(this->Read(this->All(0)), 2u);
-  this->ExpectAllCounted(2);
+TEST_P(TextDataTest, PointCutInTwoIsMissing) {
+  Write(LinesOf(CountedRows(3 * 4 - 1, 2)));
+  Open({2, 4, 3}, /*binary=*/false);
+  ExpectStartsWith(FailureOf({{0}, {0}, 3, true}), EndOfFile(11));
+  EXPECT_EQ(Read(All(0)), 2u);
+  ExpectAllCounted(2);
 }
 
-TYPED_TEST(TextDataTest, ShortLineRaises25WhicheverVariableIsWanted) {
-  this->Write("0 1 2\n3 4\n6 7 8\n");
-  const std::string failure = this->Failure(
+TEST_P(TextDataTest, ShortLineRaises25WhicheverVariableIsWanted) {
+  Write("0 1 2\n3 4\n6 7 8\n");
+  const std::string failure = Failure(
       "Sumara Tables error: Failed to populate 1D ASCII series data container from transient data container.\n"
       "Further information: Point index = 1; values expected = 3; values found = 2");
   for (const std::size_t variable : {0u, 1u, 2u}) {
-    this->Open({3, 3}, /*binary=*/false);
-    for (int request = 0; request < 3; ++request) EXPECT_EQ(this->FailureOf({{variable}, {0}, 3, true}), failure);
+    Open({3, 3}, /*binary=*/false);
+    for (int request = 0; request < 3; ++request) EXPECT_EQ(FailureOf({{variable}, {0}, 3, true}), failure);
   }
-  EXPECT_EQ(this->Read(this->All(0)), 1u);
-  this->ExpectAllCounted(1);
+  EXPECT_EQ(Read(All(0)), 1u);
+  ExpectAllCounted(1);
 }
 
-TYPED_TEST(TextDataTest, LineIsReadUpToTheFirstThatIsNoNumber) {
-  this->Write("0 1 2\n3 x 5\n");
-  this->Open({3, 2}, /*binary=*/false);
-  EXPECT_EQ(this->FailureOf({{0}, {0}, 2, true}),
-            this->Failure("Sumara Tables error: Failed to populate 1D ASCII series data container from transient data "
+TEST_P(TextDataTest, LineIsReadUpToTheFirstThatIsNoNumber) {
+  Write("0 1 2\n3 x 5\n");
+  Open({3, 2}, /*binary=*/false);
+  EXPECT_EQ(FailureOf({{0}, {0}, 2, true}),
+            Failure("Sumara Tables error: Failed to populate 1D ASCII series data container from transient data "
                           "container.\nFurther information: Point index = 1; values expected = 3; values found = 1"));
 }
 
-TYPED_TEST(TextDataTest, ShortLineOfTwoAxesRaises29In25) {
-  this->Write("0 1 2\n3 4\n");
-  this->Open({1, 3, 2}, /*binary=*/false);
-  EXPECT_EQ(this->FailureOf({{0}, {0}, 2, true}),
-            this->Failure("Sumara Tables error: Failed to populate 2D ASCII series data container from transient data "
+TEST_P(TextDataTest, ShortLineOfTwoAxesRaises29In25) {
+  Write("0 1 2\n3 4\n");
+  Open({1, 3, 2}, /*binary=*/false);
+  EXPECT_EQ(FailureOf({{0}, {0}, 2, true}),
+            Failure("Sumara Tables error: Failed to populate 2D ASCII series data container from transient data "
                           "container.\nFurther information: Point index = 1; values expected = 3; values found = 2"));
 }
 
-TYPED_TEST(TextDataTest, LineWithoutNumbersRaises26Or27In25) {
+TEST_P(TextDataTest, LineWithoutNumbersRaises26Or27In25) {
   for (const char* line : {" \t ", "words", "- 1 2"}) {
-    this->Write(std::string("0 1 2\n") + line + "\n6 7 8\n");
-    this->Open({3, 3}, /*binary=*/false);
-    EXPECT_EQ(this->FailureOf(this->All(3)),
-              this->Failure("Sumara Tables error: Transient data container for 1D ASCII series was empty following "
+    Write(std::string("0 1 2\n") + line + "\n6 7 8\n");
+    Open({3, 3}, /*binary=*/false);
+    EXPECT_EQ(FailureOf(All(3)),
+              Failure("Sumara Tables error: Transient data container for 1D ASCII series was empty following "
                             "read from file.\nFurther information: Point index = 1"));
-    this->Open({1, 3, 3}, /*binary=*/false);
-    EXPECT_EQ(this->FailureOf(this->All(3)),
-              this->Failure("Sumara Tables error: Transient data container for 2D ASCII series was empty following "
+    Open({1, 3, 3}, /*binary=*/false);
+    EXPECT_EQ(FailureOf(All(3)),
+              Failure("Sumara Tables error: Transient data container for 2D ASCII series was empty following "
                             "read from file.\nFurther information: Point index = 1"));
   }
 }
 
-TYPED_TEST(TextDataTest, EmptyLineRaises5015In25) {
-  const std::string failure = this->Failure("IO error 5015: String to populate from was empty.");
+TEST_P(TextDataTest, EmptyLineRaises5015In25) {
+  const std::string failure = Failure("IO error 5015: String to populate from was empty.");
   for (const char* text : {"0 1 2\n\n\n6 7 8\n", "0 1 2\r\n\r\n6 7 8\r\n"}) {
-    this->Write(text);
-    this->Open({3, 3}, /*binary=*/false);
-    EXPECT_EQ(this->FailureOf(this->All(3)), failure);
-    EXPECT_EQ(this->Read(this->All(0)), 1u);
+    Write(text);
+    Open({3, 3}, /*binary=*/false);
+    EXPECT_EQ(FailureOf(All(3)), failure);
+    EXPECT_EQ(Read(All(0)), 1u);
   }
 }
 
-TYPED_TEST(TextDataTest, EmptyFileLeavesTheSeriesEmpty) {
-  this->Write("");
+TEST_P(TextDataTest, EmptyFileLeavesTheSeriesEmpty) {
+  Write("");
   for (const std::uint64_t points : {0u, 10u}) {
-    this->Open({2, points}, /*binary=*/false);
+    Open({2, points}, /*binary=*/false);
     for (int request = 0; request < 3; ++request) {
-      EXPECT_EQ(this->Read(this->All(points)), 0u);
-      EXPECT_TRUE(this->m_target.filled.empty());
+      EXPECT_EQ(Read(All(points)), 0u);
+      EXPECT_TRUE(Filled().empty());
     }
   }
 }
 
-TYPED_TEST(TextDataTest, FileOfLineEndsRaises5020) {
-  this->Write("\n\n\n");
-  this->Open({2, 10}, /*binary=*/false);
+TEST_P(TextDataTest, FileOfLineEndsRaises5020) {
+  Write("\n\n\n");
+  Open({2, 10}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    this->ExpectStartsWith(this->FailureOf(this->All(10)), this->Failure("IO error 5015: "));
+    ExpectStartsWith(FailureOf(All(10)), Failure("IO error 5015: "));
   }
-  this->Write("\n");
-  this->Open({2, 10}, /*binary=*/false);
+  Write("\n");
+  Open({2, 10}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    this->ExpectStartsWith(this->FailureOf(this->All(10)),
+    ExpectStartsWith(FailureOf(All(10)),
                            "IO error 5020: Failed to determine length of first line in file.\nFurther information: " +
-                               this->Path() + "\nInner exception: IO error 5008: Data requested past end of file.");
-    EXPECT_FALSE(this->m_file->IsOpen());
+                               Path() + "\nInner exception: IO error 5008: Data requested past end of file.");
+    ExpectClosed();
   }
 }
 
-TYPED_TEST(TextDataTest, MissingFileRaises5000) {
-  this->Open({2, 10}, /*binary=*/false);
+TEST_P(TextDataTest, MissingFileRaises5000) {
+  Open({2, 10}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    EXPECT_EQ(this->FailureOf(this->All(10)),
-              "IO error 5000: The file does not exist.\nFurther information: " + this->Path());
+    EXPECT_EQ(FailureOf(All(10)), Missing());
   }
 }
 
-TYPED_TEST(TextDataTest, SizeThatOnlyLooksUniformIsReadByItsLines) {
-  this->Write("10 11\n2 3 4\n40 41\n");  // the lines have 6 bytes in all: 18 of 3 x 6
-  this->Open({2, 3}, /*binary=*/false);
-  EXPECT_EQ(this->Read(this->All(3)), 3u);
-  EXPECT_EQ(this->m_target.Of(0), (std::vector<double>{10, 2, 40}));
-  this->Write("10 11\n2 3\n040 041\n");
-  this->Open({2, 3}, /*binary=*/false);
-  EXPECT_EQ(this->Read(this->All(3)), 3u);
-  EXPECT_EQ(this->m_target.Of(0), (std::vector<double>{10, 2, 40}));
-  EXPECT_EQ(this->m_target.Of(1), (std::vector<double>{11, 3, 41}));
+TEST_P(TextDataTest, SizeThatOnlyLooksUniformIsReadByItsLines) {
+  Write("10 11\n2 3 4\n40 41\n");  // the lines have 6 bytes in all: 18 of 3 x 6
+  Open({2, 3}, /*binary=*/false);
+  EXPECT_EQ(Read(All(3)), 3u);
+  EXPECT_EQ(Of(0), (std::vector<double>{10, 2, 40}));
+  Write("10 11\n2 3\n040 041\n");
+  Open({2, 3}, /*binary=*/false);
+  EXPECT_EQ(Read(All(3)), 3u);
+  EXPECT_EQ(Of(0), (std::vector<double>{10, 2, 40}));
+  EXPECT_EQ(Of(1), (std::vector<double>{11, 3, 41}));
 }
 
-TYPED_TEST(TextDataTest, ChangedFileIsReadAnew) {
+TEST_P(TextDataTest, ChangedFileIsReadAnew) {
   Rows rows = CountedRows(5, 2);
-  this->Write(FixedLines(rows));
-  this->Open({2, 5}, /*binary=*/false);
+  Write(FixedLines(rows));
+  Open({2, 5}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    this->Read({{1}, {0}, 5, true});
-    EXPECT_EQ(this->m_target.Of(1), (std::vector<double>{1, 3, 5, 7, 9}));
+    Read({{1}, {0}, 5, true});
+    EXPECT_EQ(Of(1), (std::vector<double>{1, 3, 5, 7, 9}));
   }
   rows[2][1] = 77;
-  const auto before = std::filesystem::last_write_time(this->Path());
-  this->Write(FixedLines(rows));  // of the same size
-  std::filesystem::last_write_time(this->Path(), before + std::chrono::seconds(1));
+  const auto before = std::filesystem::last_write_time(Path());
+  Write(FixedLines(rows));  // of the same size
+  std::filesystem::last_write_time(Path(), before + std::chrono::seconds(1));
   for (int request = 0; request < 3; ++request) {
-    this->Read({{1}, {0}, 5, true});
-    EXPECT_EQ(this->m_target.Of(1), (std::vector<double>{1, 3, 77, 7, 9}));
+    Read({{1}, {0}, 5, true});
+    EXPECT_EQ(Of(1), (std::vector<double>{1, 3, 77, 7, 9}));
   }
 }
 
-TYPED_TEST(TextDataTest, FileThatHasGrownIsReadAnew) {
-  this->Write(LinesOf(CountedRows(5, 2)));
-  this->Open({2, 5}, /*binary=*/false);
-  for (int request = 0; request < 2; ++request) this->Read({{1}, {0}, 5, true});
-  this->Write("100 200\n" + LinesOf(CountedRows(5, 2)));
+TEST_P(TextDataTest, FileThatHasGrownIsReadAnew) {
+  Write(LinesOf(CountedRows(5, 2)));
+  Open({2, 5}, /*binary=*/false);
+  for (int request = 0; request < 2; ++request) Read({{1}, {0}, 5, true});
+  Write("100 200\n" + LinesOf(CountedRows(5, 2)));
   for (int request = 0; request < 3; ++request) {
-    this->Read({{1}, {0}, 5, true});
-    EXPECT_EQ(this->m_target.Of(1), (std::vector<double>{200, 1, 3, 5, 7}));
+    Read({{1}, {0}, 5, true});
+    EXPECT_EQ(Of(1), (std::vector<double>{200, 1, 3, 5, 7}));
   }
 }
 
-TYPED_TEST(TextDataTest, VanishedOrCutFileIsNoticed) {
-  this->Write(LinesOf(CountedRows(5, 2)));
-  this->Open({2, 5}, /*binary=*/false);
-  for (int request = 0; request < 3; ++request) this->Read({{1}, {0}, 5, true});
-  this->Write(LinesOf(CountedRows(3, 2)));
+TEST_P(TextDataTest, VanishedOrCutFileIsNoticed) {
+  Write(LinesOf(CountedRows(5, 2)));
+  Open({2, 5}, /*binary=*/false);
+  for (int request = 0; request < 3; ++request) Read({{1}, {0}, 5, true});
+  Write(LinesOf(CountedRows(3, 2)));
   for (int request = 0; request < 3; ++request) {
-    this->ExpectStartsWith(this->FailureOf({{1}, {0}, 5, true}), this->EndOfFile(3));
+    ExpectStartsWith(FailureOf({{1}, {0}, 5, true}), EndOfFile(3));
   }
-  std::filesystem::remove(this->Path());
+  std::filesystem::remove(Path());
   for (int request = 0; request < 3; ++request) {
-    EXPECT_EQ(this->FailureOf({{1}, {0}, 5, true}),
-              "IO error 5000: The file does not exist.\nFurther information: " + this->Path());
+    EXPECT_EQ(FailureOf({{1}, {0}, 5, true}), Missing());
   }
 }
 
-TYPED_TEST(TextDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
+TEST_P(TextDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
   constexpr std::uint64_t kHuge = std::uint64_t{1} << 63;
-  this->Write(LinesOf(CountedRows(5, 2)));
+  Write(LinesOf(CountedRows(5, 2)));
   for (const bool keepBuffer : {true, false}) {
-    this->Open({2, kHuge}, /*binary=*/false);
+    Open({2, kHuge}, /*binary=*/false);
     for (int request = 0; request < 3; ++request) {
-      this->ExpectStartsWith(this->FailureOf({{1}, {0}, kHuge, keepBuffer}), this->EndOfFile(5));
+      ExpectStartsWith(FailureOf({{1}, {0}, kHuge, keepBuffer}), EndOfFile(5));
     }
     for (const std::vector<std::uint64_t>& dimensions : {std::vector<std::uint64_t>{kHuge, 5}, {1, kHuge, 5}}) {
-      this->Open(dimensions, /*binary=*/false);
+      Open(dimensions, /*binary=*/false);
       for (int request = 0; request < 3; ++request) {
-        const std::string failure = this->FailureOf({{0}, {1}, 5, keepBuffer});
+        const std::string failure = FailureOf({{0}, {1}, 5, keepBuffer});
         EXPECT_EQ(failure.find("Error reading series data"), std::string("Sumara Tables error: ").size()) << failure;
       }
     }
-    this->Open({2, 5}, /*binary=*/false, ~std::uint64_t{0});
-    const std::string failure = this->FailureOf(this->All(5, keepBuffer));
+    Open({2, 5}, /*binary=*/false, ~std::uint64_t{0});
+    const std::string failure = FailureOf(All(5, keepBuffer));
     EXPECT_EQ(failure.find("IO error 5008"), failure.rfind("IO error 5008")) << failure;
     EXPECT_EQ(failure.find("Error reading series data"), std::string("Sumara Tables error: ").size()) << failure;
   }
 }
 
-TYPED_TEST(TextDataTest, VariableThatTheLayoutDoesNotHoldRaises25) {
-  this->Write(LinesOf(CountedRows(5, 2)));
-  this->Open({2, 5}, /*binary=*/false);
+TEST_P(TextDataTest, VariableThatTheLayoutDoesNotHoldRaises25) {
+  Write(LinesOf(CountedRows(5, 2)));
+  Open({2, 5}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    EXPECT_EQ(this->FailureOf({{0, 2}, {0}, 5, true}),
-              this->Failure("IO error 5010: Read offset invalid.\nFurther information: path: " + this->Path()));
-    EXPECT_TRUE(this->m_target.filled.empty());
+    EXPECT_EQ(FailureOf({{0, 2}, {0}, 5, true}),
+              Failure("IO error 5010: Read offset invalid.\nFurther information: path: " + Path()));
+    EXPECT_TRUE(Filled().empty());
   }
 }
 
-TYPED_TEST(TextDataTest, NothingWantedReadsNothing) {
-  this->Open({2, 5}, /*binary=*/false);
-  for (int request = 0; request < 3; ++request) EXPECT_EQ(this->Read({{}, {0}, 5, false}), 0u);
+TEST_P(TextDataTest, NothingWantedReadsNothing) {
+  Open({2, 5}, /*binary=*/false);
+  for (int request = 0; request < 3; ++request) EXPECT_EQ(Read({{}, {0}, 5, false}), 0u);
 }
 
 /// What text gives depends on the target alone: no value is ever of the stored type.
