@@ -2,25 +2,21 @@
 
 from __future__ import annotations
 
-import json
 import os
-import re
 from pathlib import Path
 
-import _TabulonAPI_Python as native
 import pytest
+from support.damage import Header
 from support.flat import (
     Flat,
     error_of,
     get_axis,
     get_run,
-    get_variable,
     io_error,
     run_script,
     tables_error,
 )
-from support.run_files import RunFiles
-from support.scenarios import CASES, WIND, group_1d
+from support.scenarios import CASES, WIND
 
 NAME_RULE = (
     " must not be empty, must contain at least one non-whitespace character, "
@@ -59,61 +55,6 @@ ACCESS = "Header does not specify access type (ACCESS)"
 NDIMENS = "Number of dimensions invalid (NDIMENS)"
 DIMENS = "Error populating vector from data dimensions (DIMENS)"
 AXIS_SIZE = "Axis dimensions invalid (DIMENS)"
-
-
-class Header:
-    """The header of a run with one group, to be damaged."""
-
-    def __init__(self, folder: Path, **changes: object) -> None:
-        self.folder = folder
-        RunFiles([group_1d(**changes)]).write(folder)  # type: ignore[arg-type]
-        self.path = folder / "run.%01"
-        self.lines = self.path.read_bytes().decode().splitlines()
-
-    def place(self, label: str) -> int:
-        return next(i for i, line in enumerate(self.lines) if line.split()[0] == label)
-
-    def set(self, label: str, *lines: str) -> Header:
-        """Put lines in place of that of a label."""
-        place = self.place(label)
-        self.lines[place : place + 1] = lines
-        self.write()
-        return self
-
-    def write(self) -> None:
-        text = "".join(f"{line}\n" for line in self.lines)
-        self.path.write_bytes(text.encode("utf-8", "surrogateescape"))
-
-    def data(self, name: str = "Rotor speed") -> tuple[float, ...]:
-        return self.variable(name)._get_data_native_array()
-
-    def variable(self, name: str = "Rotor speed") -> Flat:
-        native.TabulonApi_clear_runs()
-        return get_variable(get_run(self.folder), name, "float32")
-
-    def text(self, message: str, inner: str = "", further: str | None = None) -> str:
-        where = f"File path: {self.path}" if further is None else further
-        return tables_error(message, where, inner)
-
-    def not_found(self, label: str) -> str:
-        return io_error(
-            5018,
-            "Label was not found - end of file encountered",
-            f"label sought = {label}; path: {self.path}",
-        )
-
-
-def stream_end(path: Path) -> str:
-    """Return the text of a read past the end, less the word of the system on it."""
-    return (
-        "eofbit: unexpected end of file; failbit: last operation on stream invalid - check file or "
-        "directory exists, path does not contain illegal characters, and file is not locked by "
-        f"another process\nFurther information: *\nPath: {path}"
-    )
-
-
-def without_system_word(text: str) -> str:
-    return re.sub(r"(another process\nFurther information: )[^\n]*", r"\1*", text)
 
 
 # Fields
@@ -310,103 +251,6 @@ answer(sorted(outcomes))
 """
     Header(tmp_path)
     assert set(run_script(script, tmp_path)) == {"read", "Sumara Tables error", "IO error 5018"}
-
-
-# Numbers that size memory
-
-
-@pytest.mark.parametrize("number", ["9223372036854775808", "18446744073709551615", "3000000000"])
-def test_huge_number_of_named_parameters(number: str, tmp_path: Path) -> None:
-    header = Header(tmp_path, named_parameters=("one",), statistics_blocks=0)
-    header.set("NVARS", f"NVARS\t{number}")
-    assert without_system_word(error_of(header.data)) == header.text(
-        "Header does not specify number of optional variables (NVARS)",
-        io_error(5008, "Data requested past end of file", stream_end(header.path)),
-    )
-
-
-@pytest.mark.parametrize("number", ["-1", "many", "99999999999999999999", ""])
-def test_bad_number_of_named_parameters(number: str, tmp_path: Path) -> None:
-    header = Header(tmp_path, named_parameters=("one",)).set("NVARS", f"NVARS\t{number}")
-    message = "Header does not specify number of optional variables (NVARS)"
-    assert error_of(header.data).split("\nInner")[0] == header.text(message)
-
-
-@pytest.mark.parametrize("number", ["9223372036854775808", "18446744073709551615", "3000000000"])
-@pytest.mark.parametrize("place", ["points", "variables"])
-@pytest.mark.parametrize("text", [False, True], ids=["binary", "text"])
-def test_huge_dimensions(number: str, place: str, text: bool, tmp_path: Path) -> None:
-    header = Header(tmp_path, text=text)
-    header.set("DIMENS", f"DIMENS\t3\t{number}" if place == "points" else f"DIMENS\t{number}\t5")
-    message = error_of(header.data)
-    assert message.startswith(
-        tables_error(
-            "Getting data for 1D variable failed",
-            f"Series name: 'Rotor speed'; File path: {tmp_path}/Summary",
-            tables_error("Error reading series data"),
-        )
-    )
-    axis = get_axis(header.variable())
-    if place == "points":
-        too_big = tables_error(AXIS_SIZE, f"File path: {tmp_path}/Summary")
-        for ask in (
-            axis._get_values_as_number_native_array,
-            axis._get_values_as_number_numpy_from_vector,
-            axis._get_values_as_string_native_array,
-        ):
-            assert error_of(ask) == too_big
-    else:
-        assert axis._get_values_as_number_native_array() == (10.0, 10.5, 11.0, 11.5, 12.0)
-
-
-MEMORY = """
-from support.run_files import *
-from support.scenarios import *
-def peak():
-    status = Path("/proc/self/status").read_text()
-    return next(int(row.split()[1]) for row in status.splitlines() if row.startswith("VmHWM"))
-def damage(header, line):
-    label = line.split("\\t")[0]
-    lines = header.read_text().splitlines()
-    header.write_text("".join((line if old.startswith(label + "\\t") else old) + "\\n"
-                              for old in lines))
-WHOLE = "_get_data_for_all_independent_variable_values_native_array"
-ASK = {
-    1: [lambda v: v.get_mean(), lambda v: v._get_data_native_array(),
-        lambda v: get_axis(v)._get_values_as_string_native_array()],
-    2: [lambda v: v.get_mean_at_index(0), lambda v: v._get_data_at_index_native_array(0),
-        lambda v: getattr(v, WHOLE)(),
-        lambda v: get_axis(v, 0)._get_values_as_string_native_array()],
-}
-before, errors = peak(), {}
-for place, (axes, line) in enumerate(json.loads(sys.argv[2])):
-    for text in (False, True):
-        group = (group_1d if axes == 1 else group_2d)(
-            text=text, named_parameters=("a",), head_records=("b",))
-        folder = RunFiles([group]).write(Path(sys.argv[1]) / f"{place} {text}")
-        damage(folder / "run.%01", line)
-        for ask in ASK[axes]:
-            native.TabulonApi_clear_runs()
-            try:
-                ask(get_variable(get_run(folder), group.variables[0].name, "float32", axes))
-            except RuntimeError:
-                errors[line] = errors.get(line, 0) + 1
-answer([peak() - before, errors])
-"""
-
-
-def test_a_small_header_takes_little_memory(tmp_path: Path) -> None:
-    lines = [
-        (1, "DIMENS\t3\t1000000000000"),
-        (1, "DIMENS\t4000000000\t5"),
-        (2, "DIMENS\t3\t1000000000\t1000000000"),
-        (2, "DIMENS\t1000000000\t3\t5"),
-        (1, "NVARS\t100000000000"),
-        (1, "HEADREC\t100000000000"),
-    ]
-    kilobytes, errors = run_script(MEMORY, tmp_path, json.dumps(lines))
-    assert kilobytes < 64 * 1024
-    assert set(errors) == {line for _, line in lines}
 
 
 # Names
