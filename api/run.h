@@ -144,6 +144,8 @@ class Run : public std::enable_shared_from_this<Run> {
   GroupPtr BuildGroup(std::string const& headerPath, std::shared_ptr<Sumara::IGroup> const& group);
   VariablePtr FindVariable(std::string const& variableName, std::string const& groupName);
   VariablePtr LoadVariable(std::string const& variableName, std::string const& groupName);
+  static void Merge(VariableEntries& entries, std::size_t known, std::string const& groupName,
+                    VariablePtr variable);
   VariableEntry* Disambiguate(VariableEntries& entries, std::string const& variableName,
                               std::string const& groupName, bool tolerateAbsence);
   VariableEntries* FindEntries(std::string const& variableName);

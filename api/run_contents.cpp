@@ -173,6 +173,22 @@ VariablePtr Run::FindVariable(std::string const& variableName, std::string const
   return LoadVariable(variableName, groupName);
 }
 
+/// Puts a variable into the entry of its group that has none. Of the entries that were `known`
+/// before one may hold a variable of that group already; it stays. Groups of one name have an entry
+/// each.
+void Run::Merge(VariableEntries& entries, std::size_t known, std::string const& groupName,
+                VariablePtr variable) {
+  bool isKnown = false;
+  for (std::size_t i = 0; i < known; ++i) {
+    if (!Sumara::EqualsNoCase(entries[i].group, groupName)) continue;
+    isKnown = true;
+    if (entries[i].variable != nullptr) continue;
+    entries[i].variable = std::move(variable);
+    return;
+  }
+  if (!isKnown) entries.push_back({groupName, std::move(variable)});
+}
+
 VariablePtr Run::LoadVariable(std::string const& variableName, std::string const& groupName) {
   if (!Sumara::IsDirectory(Directory()))
     throw Sumara::CException(139, Sumara::DirectoryContext(Directory()));
@@ -193,9 +209,10 @@ VariablePtr Run::LoadVariable(std::string const& variableName, std::string const
     found.push_back(
         {name, group->GetName(), CreateVariable(name, group, m_control, /*dataType=*/0)});
   }
-  for (Found& each : found) {
-    VariableEntry& entry = EntryFor(each.name, each.group);
-    if (entry.variable == nullptr) entry.variable = std::move(each.variable);
+  if (!found.empty()) {
+    VariableEntries& entries = (*m_variables)[found.front().name];
+    const std::size_t known = entries.size();
+    for (Found& each : found) Merge(entries, known, each.group, std::move(each.variable));
   }
   VariableEntries none;
   VariableEntries* entries = FindEntries(variableName);

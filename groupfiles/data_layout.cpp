@@ -31,6 +31,12 @@ DataLayout DataLayout::Of(const std::vector<std::uint64_t>& dimensions,
   return layout;
 }
 
+std::uint64_t DataLayout::OffsetOf(std::uint64_t index, std::uint64_t step, std::uint64_t base) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  const std::uint64_t steps = Multiply(index, step);
+  return steps > kMost - base ? kMost : steps + base;
+}
+
 std::uint64_t DataLayout::Stride() const { return Multiply(variables, secondary); }
 
 std::uint64_t DataLayout::PointsWithin(std::uint64_t words, std::uint64_t base) const {

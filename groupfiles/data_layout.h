@@ -25,8 +25,10 @@ struct DataLayout {
   std::uint64_t Stride() const;
   /// Words from the start of a point to the value of a variable at a secondary index.
   std::uint64_t Base(std::uint64_t variable, std::uint64_t secondaryIndex) const {
-    return secondaryIndex * variables + variable;
+    return OffsetOf(secondaryIndex, variables, variable);
   }
+  /// `index * step + base`; all ones if it is beyond 64 bits.
+  static std::uint64_t OffsetOf(std::uint64_t index, std::uint64_t step, std::uint64_t base);
   bool Holds(std::uint64_t variable, std::uint64_t secondaryIndex) const {
     return variable < variables && secondaryIndex < secondary;
   }

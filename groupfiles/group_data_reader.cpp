@@ -7,6 +7,7 @@
 
 #include "core/file.h"
 #include "core/numbers.h"
+#include "core/prefetch.h"
 #include "groupfiles/text_numbers.h"
 
 namespace Sumara {
@@ -137,7 +138,8 @@ std::optional<CException> CGroupDataReader<T, U>::ChooseColumns(
       const std::uint64_t within =
           points == 0 ? 0 : layout.PointsWithin(this->TotalWordCount(), column.base);
       if (within < points) {
-        return Failure(target, column, within, BeyondEnd(within * layout.Stride() + column.base));
+        return Failure(target, column, within,
+                       BeyondEnd(DataLayout::OffsetOf(within, layout.Stride(), column.base)));
       }
       columns.push_back(column);
       columns.back().values = &target.Values(variable, secondary);
@@ -171,7 +173,7 @@ void CGroupDataReader<T, U>::Gather(const DataLayout& layout, const std::vector<
     for (std::uint64_t p = 0; p < points; ++p, offset += stride) {
       // Values of one variable lie far apart: the processor does not foresee the next page by
       // itself.
-      if (p < ahead) __builtin_prefetch(this->Words() + (offset + stride * kPrefetchPoints));
+      if (p < ahead) Prefetch(this->Words() + (offset + stride * kPrefetchPoints));
       values[p] = ConvertElement<U>(this->Words()[offset]);
     }
   }

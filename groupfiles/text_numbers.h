@@ -16,7 +16,8 @@ namespace Sumara {
 inline std::size_t CountDigits(std::string_view text) {
   constexpr std::size_t kBlock = 8;
   constexpr std::uint64_t kZeros = 0x3030303030303030u;
-  constexpr std::uint64_t kBeyondNine = 0x7676767676767676u;  // carries a byte above 9 into its top bit
+  constexpr std::uint64_t kBeyondNine =
+      0x7676767676767676u;  // carries a byte above 9 into its top bit
   constexpr std::uint64_t kTopBits = 0x8080808080808080u;
   std::size_t at = 0;
   for (; text.size() - at >= kBlock; at += kBlock) {
@@ -30,12 +31,14 @@ inline std::size_t CountDigits(std::string_view text) {
   return at;
 }
 
-/// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do not
-/// tell.
+/// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do
+/// not tell.
 template <class U>
 std::size_t PlainNumberSize(std::string_view text) {
   std::size_t at = 0;
-  const auto is = [&](char a, char b) { return at < text.size() && (text[at] == a || text[at] == b); };
+  const auto is = [&](char a, char b) {
+    return at < text.size() && (text[at] == a || text[at] == b);
+  };
   if (is('-', '+')) ++at;
   std::size_t magnitude = CountDigits(text.substr(at));  // the value is below ten to this power
   at += magnitude;

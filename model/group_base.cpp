@@ -22,6 +22,13 @@ constexpr std::uint64_t kUnquestionedPoints = 1u << 18;
 
 bool IsDataType(std::uint32_t code) { return code >= kFloatCode && code <= kLongCode; }
 
+bool IsEmptyFile(const std::string& path) {
+  std::error_code error;
+  const std::string known = SystemPath(path);
+  return std::filesystem::is_regular_file(known, error) &&
+         std::filesystem::file_size(known, error) == 0;
+}
+
 }  // namespace
 
 // What the group is.
@@ -501,7 +508,7 @@ template <class T>
 void CGroupBase<T>::CheckDataFileHasData() const {
   const std::string path = GetReader().GetPath();
   const std::uint64_t expected = ProductOf(m_dataDimensions);
-  if (expected == 0 || !Exists(path) || DataFileSize() != 0) return;
+  if (expected == 0 || !IsEmptyFile(path)) return;  // a file that cannot be read says so when it is
   throw CException(62, "expected " + std::to_string(expected) +
                            " data points but data file was empty: " + FileContext(path));
 }

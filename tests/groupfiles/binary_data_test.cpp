@@ -13,14 +13,18 @@ class BinaryDataTest : public testing_support::DataFixture {
  protected:
   void WriteWords(std::size_t count) const { Write(m_reader->Bytes(Count(count))); }
 
-  std::string Beyond(std::uint64_t point, std::size_t variable, std::uint64_t offset, std::uint64_t words) const {
+  std::string Beyond(std::uint64_t point, std::size_t variable, std::uint64_t offset,
+                     std::uint64_t words) const {
     return "Sumara Tables error: Error reading series data.\nFurther information: Point index = " +
            std::to_string(point) + "; series " + std::to_string(variable) +
-           "\nInner exception: IO error 5008: Data requested past end of file.\nFurther information: word offset = " +
-           std::to_string(offset) + "; m_totalWordCount = " + std::to_string(words) + "; path: " + Path();
+           "\nInner exception: IO error 5008: Data requested past end of file.\nFurther "
+           "information: word offset = " +
+           std::to_string(offset) + "; m_totalWordCount = " + std::to_string(words) +
+           "; path: " + Path();
   }
 };
-INSTANTIATE_TEST_SUITE_P(Readers, BinaryDataTest, ::testing::ValuesIn(testing_support::AllReaders()),
+INSTANTIATE_TEST_SUITE_P(Readers, BinaryDataTest,
+                         ::testing::ValuesIn(testing_support::AllReaders()),
                          testing_support::ReaderName);
 
 TEST_P(BinaryDataTest, OneAxis) {
@@ -131,8 +135,7 @@ TEST_P(BinaryDataTest, FileShorterThanAPointHoldsNone) {
 TEST_P(BinaryDataTest, MissingFileRaises5000) {
   for (const bool keepBuffer : {true, false}) {
     Open({2, 10}, /*binary=*/true);
-    EXPECT_EQ(FailureOf(All(10, keepBuffer)),
-              Missing());
+    EXPECT_EQ(FailureOf(All(10, keepBuffer)), Missing());
   }
 }
 
@@ -144,8 +147,7 @@ TEST_P(BinaryDataTest, KeptBufferOutlivesTheFile) {
   Read({{1}, {0}, 10, true});
   EXPECT_EQ(Of(1), Counted(1, 0, 10));
   m_reader->File().Close();
-  EXPECT_EQ(FailureOf({{1}, {0}, 10, true}),
-            Missing());
+  EXPECT_EQ(FailureOf({{1}, {0}, 10, true}), Missing());
 }
 
 TEST_P(BinaryDataTest, FileReadInBlocksIsReadAnewEachTime) {
@@ -156,20 +158,21 @@ TEST_P(BinaryDataTest, FileReadInBlocksIsReadAnewEachTime) {
   EXPECT_EQ(Read({{1}, {0}, 20, false}), 20u);
   EXPECT_EQ(Of(1), Counted(1, 0, 20));
   std::filesystem::remove(Path());
-  EXPECT_EQ(FailureOf({{1}, {0}, 10, false}),
-            Missing());
+  EXPECT_EQ(FailureOf({{1}, {0}, 10, false}), Missing());
 }
 
 TEST_P(BinaryDataTest, BlocksEndAnywhereWithinAPoint) {
   constexpr std::size_t kVariables = 7;
   constexpr std::size_t kPoints = 70000;  // more than one block of words of any size
   std::vector<double> values;
-  for (std::size_t i = 0; i < kVariables * kPoints; ++i) values.push_back(static_cast<double>(i % 30011));
+  for (std::size_t i = 0; i < kVariables * kPoints; ++i)
+    values.push_back(static_cast<double>(i % 30011));
   Write(m_reader->Bytes(values));
   Open({kVariables, kPoints}, /*binary=*/true);
   Read(All(kPoints, /*keepBuffer=*/true));
   std::vector<std::vector<double>> buffered;
-  for (std::size_t variable = 0; variable < kVariables; ++variable) buffered.push_back(Of(variable));
+  for (std::size_t variable = 0; variable < kVariables; ++variable)
+    buffered.push_back(Of(variable));
   Open({kVariables, kPoints}, /*binary=*/true);
   Read(All(kPoints, /*keepBuffer=*/false));
   for (std::size_t variable = 0; variable < kVariables; ++variable) {
@@ -209,16 +212,19 @@ TEST_P(BinaryDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
 TEST_P(BinaryDataTest, VariableThatTheLayoutDoesNotHoldRaises25) {
   WriteWords(12);
   const std::string failure =
-      "\nInner exception: IO error 5010: Read offset invalid.\nFurther information: path: " + Path();
+      "\nInner exception: IO error 5010: Read offset invalid.\nFurther information: path: " +
+      Path();
   for (const bool keepBuffer : {true, false}) {
     Open({2, 6}, /*binary=*/true);
     EXPECT_EQ(FailureOf({{0, 2}, {0}, 6, keepBuffer}),
-              "Sumara Tables error: Error reading series data.\nFurther information: Point index = 0; series 2" +
+              "Sumara Tables error: Error reading series data.\nFurther information: Point index = "
+              "0; series 2" +
                   failure);
     EXPECT_EQ(Of(0), Counted(0, 0, 6));
     Open({2, 2, 3}, /*binary=*/true);
     EXPECT_EQ(FailureOf({{0}, {2}, 3, keepBuffer}),
-              "Sumara Tables error: Error reading series data.\nFurther information: Point index = 0; series 0" +
+              "Sumara Tables error: Error reading series data.\nFurther information: Point index = "
+              "0; series 0" +
                   failure);
     Open({0, 6}, /*binary=*/true);
     EXPECT_EQ(Read({{0}, {0}, 0, keepBuffer}), 0u);
@@ -231,9 +237,10 @@ std::vector<U> Converted(const std::vector<T>& words) {
   testing_support::TempDirectory directory;
   directory.WriteWords<T>("data", words);
   testing_support::CollectingTarget<U> target;
-  const auto file = Sumara::MakeGroupDataReader<U>(Sumara::kDataTypeCode<T>, directory.Path("data"), true, {1, 0});
-  dynamic_cast<Sumara::IGroupDataReader<U>&>(*file).Read(Sumara::DataLayout::Of({1, 0}, 0), {{0}, {0}, 0, true},
-                                                         target);
+  const auto file = Sumara::MakeGroupDataReader<U>(Sumara::kDataTypeCode<T>, directory.Path("data"),
+                                                   true, {1, 0});
+  dynamic_cast<Sumara::IGroupDataReader<U>&>(*file).Read(Sumara::DataLayout::Of({1, 0}, 0),
+                                                         {{0}, {0}, 0, true}, target);
   return target.Values(0, 0);
 }
 
@@ -249,15 +256,19 @@ TEST(BinaryConversionTest, FloatingValuesAreTruncatedTowardZero) {
 
 TEST(BinaryConversionTest, NoRangeIsCheckedAndNothingFails) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ((Converted<double, float>({1e300})), (std::vector<float>{std::numeric_limits<float>::infinity()}));
-  EXPECT_EQ((Converted<double, int>({kInfinity, std::numeric_limits<double>::quiet_NaN(), 3e9})).size(), 3u);
+  EXPECT_EQ((Converted<double, float>({1e300})),
+            (std::vector<float>{std::numeric_limits<float>::infinity()}));
+  EXPECT_EQ(
+      (Converted<double, int>({kInfinity, std::numeric_limits<double>::quiet_NaN(), 3e9})).size(),
+      3u);
   EXPECT_EQ((Converted<float, double>({0.1f})), (std::vector<double>{static_cast<double>(0.1f)}));
 }
 
 TEST(BinaryConversionTest, LongWordsAreFourBytesWide) {
   testing_support::TempDirectory directory;
   directory.Write("data", std::string(32, '\0'));
-  CReader<Long, Long> reader(directory.Path("data"), static_cast<std::int32_t>(FileMode::kReadBinary));
+  CReader<Long, Long> reader(directory.Path("data"),
+                             static_cast<std::int32_t>(FileMode::kReadBinary));
   reader.Open();
   reader.Prepare();
   EXPECT_EQ(reader.TotalWordCount(), 8u);
@@ -265,7 +276,9 @@ TEST(BinaryConversionTest, LongWordsAreFourBytesWide) {
 
 TEST(GroupDataReaderTest, UnknownStoredTypeRaises65) {
   for (const std::uint32_t code : {0u, 6u}) {
-    EXPECT_EQ(MessageOf([&] { Sumara::MakeGroupDataReader<float>(code, "data", true, {1, 1}); }),
+    EXPECT_EQ(MessageOf([&] {
+                Sumara::MakeGroupDataReader<float>(code, "data", true, {1, 1});
+              }),
               "Sumara Tables error: Invalid data type used to create a group.");
   }
 }

@@ -55,8 +55,10 @@ class IAnyDataReader {
   virtual std::size_t WordSize() const = 0;
   /// The words of these values as bytes.
   virtual std::string Bytes(const std::vector<double>& values) const = 0;
-  virtual void Open(const std::string& path, bool binary, const std::vector<std::uint64_t>& dimensions) = 0;
-  virtual std::uint64_t Read(const Sumara::DataLayout& layout, const Sumara::DataRequest& request) = 0;
+  virtual void Open(const std::string& path, bool binary,
+                    const std::vector<std::uint64_t>& dimensions) = 0;
+  virtual std::uint64_t Read(const Sumara::DataLayout& layout,
+                             const Sumara::DataRequest& request) = 0;
   virtual CIOBase& File() = 0;
   virtual std::vector<double> Of(std::size_t variable, std::size_t secondaryIndex) const = 0;
   virtual std::vector<std::pair<std::size_t, std::size_t>> Filled() const = 0;
@@ -70,10 +72,12 @@ class AnyDataReader final : public IAnyDataReader {
     const std::vector<T> words = WordsOf<T>(values);
     return {reinterpret_cast<const char*>(words.data()), words.size() * sizeof(T)};
   }
-  void Open(const std::string& path, bool binary, const std::vector<std::uint64_t>& dimensions) override {
+  void Open(const std::string& path, bool binary,
+            const std::vector<std::uint64_t>& dimensions) override {
     m_file = Sumara::MakeGroupDataReader<U>(Sumara::kDataTypeCode<T>, path, binary, dimensions);
   }
-  std::uint64_t Read(const Sumara::DataLayout& layout, const Sumara::DataRequest& request) override {
+  std::uint64_t Read(const Sumara::DataLayout& layout,
+                     const Sumara::DataRequest& request) override {
     m_target = {};
     return dynamic_cast<Sumara::IGroupDataReader<U>&>(*m_file).Read(layout, request, m_target);
   }
@@ -81,7 +85,9 @@ class AnyDataReader final : public IAnyDataReader {
   std::vector<double> Of(std::size_t variable, std::size_t secondaryIndex) const override {
     return m_target.Of(variable, secondaryIndex);
   }
-  std::vector<std::pair<std::size_t, std::size_t>> Filled() const override { return m_target.filled; }
+  std::vector<std::pair<std::size_t, std::size_t>> Filled() const override {
+    return m_target.filled;
+  }
 
  private:
   std::unique_ptr<CIOBase> m_file;
@@ -102,7 +108,8 @@ std::unique_ptr<IAnyDataReader> MakeAnyDataReader() {
 
 template <class... Pairs>
 std::vector<ReaderCase> ReaderCasesOf(::testing::Types<Pairs...>) {
-  return {{Sumara::kDataTypeCode<typename Pairs::Stored>, Sumara::kDataTypeCode<typename Pairs::Target>,
+  return {{Sumara::kDataTypeCode<typename Pairs::Stored>,
+           Sumara::kDataTypeCode<typename Pairs::Target>,
            &MakeAnyDataReader<typename Pairs::Stored, typename Pairs::Target>}...};
 }
 inline std::vector<ReaderCase> AllReaders() { return ReaderCasesOf(ElementTypePairs()); }
@@ -119,12 +126,15 @@ class DataFixture : public ::testing::TestWithParam<ReaderCase> {
 
   void Write(const std::string& bytes) const { m_directory.Write("run.$01", bytes); }
 
-  void Open(const std::vector<std::uint64_t>& dimensions, bool binary, std::uint64_t headerRecords = 0) {
+  void Open(const std::vector<std::uint64_t>& dimensions, bool binary,
+            std::uint64_t headerRecords = 0) {
     m_layout = Sumara::DataLayout::Of(dimensions, headerRecords);
     m_reader->Open(Path(), binary, dimensions);
   }
 
-  std::uint64_t Read(const Sumara::DataRequest& request) { return m_reader->Read(m_layout, request); }
+  std::uint64_t Read(const Sumara::DataRequest& request) {
+    return m_reader->Read(m_layout, request);
+  }
   std::string FailureOf(const Sumara::DataRequest& request) {
     return MessageOf([&] { Read(request); });
   }
@@ -146,10 +156,12 @@ class DataFixture : public ::testing::TestWithParam<ReaderCase> {
   }
 
   /// What stands at a variable and a secondary index if the file counts 0, 1, 2 and so on.
-  std::vector<double> Counted(std::size_t variable, std::size_t secondary, std::size_t points) const {
+  std::vector<double> Counted(std::size_t variable, std::size_t secondary,
+                              std::size_t points) const {
     std::vector<double> values;
     for (std::size_t p = 0; p < points; ++p) {
-      values.push_back(static_cast<double>(p * m_layout.Stride() + secondary * m_layout.variables + variable));
+      values.push_back(
+          static_cast<double>(p * m_layout.Stride() + secondary * m_layout.variables + variable));
     }
     return values;
   }
@@ -165,7 +177,9 @@ class DataFixture : public ::testing::TestWithParam<ReaderCase> {
   void ExpectClosed() { EXPECT_FALSE(m_reader->File().IsOpen()); }
 
   std::string Path() const { return m_directory.Path("run.$01"); }
-  std::string Missing() const { return "IO error 5000: The file does not exist.\nFurther information: " + Path(); }
+  std::string Missing() const {
+    return "IO error 5000: The file does not exist.\nFurther information: " + Path();
+  }
 
   TempDirectory m_directory;
   Sumara::DataLayout m_layout;

@@ -11,7 +11,11 @@ class HeaderAxesTest : public testing_support::HeaderFixture {
  protected:
   /// A header of one axis with the lines of its type.
   static HeaderText Labelled(const char* method, const std::string& line) {
-    return HeaderText::OneAxis().Without("MIN").Without("STEP").With("AXIMETH", method).After("AXIMETH", {line});
+    return HeaderText::OneAxis()
+        .Without("MIN")
+        .Without("STEP")
+        .With("AXIMETH", method)
+        .After("AXIMETH", {line});
   }
 };
 
@@ -48,7 +52,9 @@ TEST_F(HeaderAxesTest, ValueAxisGoesOnInContinuationLines) {
 }
 
 TEST_F(HeaderAxesTest, QuoteMarksOfNameAndQuantityAreStripped) {
-  const auto axis = Read(HeaderText::OneAxis().With("AXISLAB", "\"Wind  speed\"").With("AXIUNIT", "'L T'")).axes.at(0);
+  const auto axis =
+      Read(HeaderText::OneAxis().With("AXISLAB", "\"Wind  speed\"").With("AXIUNIT", "'L T'"))
+          .axes.at(0);
   EXPECT_EQ(axis.name, "Wind speed");
   EXPECT_EQ(axis.quantity, "L T");
 }
@@ -78,13 +84,16 @@ TEST_F(HeaderAxesTest, SecondBlockMissingRaises104) {
 
 TEST_F(HeaderAxesTest, MethodOutside1To3Raises129) {
   for (const char* value : {"", "0", "4", "-1", "x", "4294967297"}) {
-    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("AXIMETH", value)), Model("Axis type invalid (AXIMETH)")) << value;
+    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("AXIMETH", value)),
+              Model("Axis type invalid (AXIMETH)"))
+        << value;
   }
 }
 
 TEST_F(HeaderAxesTest, OpenQuoteInLabelsRaises110) {
   EXPECT_EQ(FailureOf(Labelled("1", "AXITICK\t'Blade 1' 'Hub")),
-            Model("Axis discrete string intervals invalid (AXITICK)") + "\nInner exception: " + OpenQuote("'Hub"));
+            Model("Axis discrete string intervals invalid (AXITICK)") +
+                "\nInner exception: " + OpenQuote("'Hub"));
 }
 
 TEST_F(HeaderAxesTest, BadValueRaises108AndAnEmptyOne5015) {
@@ -93,7 +102,8 @@ TEST_F(HeaderAxesTest, BadValueRaises108AndAnEmptyOne5015) {
               Model("Axis discrete value intervals invalid (AXITICK)"))
         << values;
   }
-  EXPECT_EQ(FailureOf(Labelled("3", "AXIVAL")), "IO error 5015: String to populate from was empty.");
+  EXPECT_EQ(FailureOf(Labelled("3", "AXIVAL")),
+            "IO error 5015: String to populate from was empty.");
 }
 
 TEST_F(HeaderAxesTest, MinimumOrStepThatIsNoNumberRaisesItsCode) {
@@ -112,20 +122,24 @@ TEST_F(HeaderAxesTest, EmptyLabelListsAreLeftToTheAxis) {
 TEST_F(HeaderAxesTest, NamedParametersStandAsTheyAre) {
   HeaderText text = HeaderText::OneAxis().With("NVARS", "4");
   text.Append({"GRAVITY\t9.81", "  indented  ", "", "MEAN of it"});
-  EXPECT_EQ(Read(text).parameters, (std::vector<std::string>{"GRAVITY\t9.81", "  indented  ", "", "MEAN of it"}));
+  EXPECT_EQ(Read(text).parameters,
+            (std::vector<std::string>{"GRAVITY\t9.81", "  indented  ", "", "MEAN of it"}));
 }
 
 TEST_F(HeaderAxesTest, ParametersAreAbsentUnlessDirectlyBehindTheAxes) {
   EXPECT_TRUE(Read(HeaderText::OneAxis()).parameters.empty());
   EXPECT_TRUE(Read(HeaderText::OneAxis().Without("NVARS")).parameters.empty());
-  EXPECT_TRUE(Read(HeaderText::OneAxis().With("NVARS", "1").Before("NVARS", {"OTHER"}).Append({"a"})).parameters.empty());
+  EXPECT_TRUE(
+      Read(HeaderText::OneAxis().With("NVARS", "1").Before("NVARS", {"OTHER"}).Append({"a"}))
+          .parameters.empty());
   std::string unended = HeaderText::OneAxis().Without("NVARS").Text();
   unended.pop_back();
   EXPECT_TRUE(Read(unended).parameters.empty());
 }
 
 TEST_F(HeaderAxesTest, LastParameterNeedsNoLineEnd) {
-  EXPECT_EQ(Read(HeaderText::OneAxis().With("NVARS", "1").Text() + "a b").parameters, std::vector<std::string>{"a b"});
+  EXPECT_EQ(Read(HeaderText::OneAxis().With("NVARS", "1").Text() + "a b").parameters,
+            std::vector<std::string>{"a b"});
 }
 
 TEST_F(HeaderAxesTest, BadParameterCountRaises103) {
@@ -138,12 +152,15 @@ TEST_F(HeaderAxesTest, BadParameterCountRaises103) {
 
 TEST_F(HeaderAxesTest, MoreParametersThanLinesRaise103) {
   for (const char* value : {"2", "9223372036854775808"}) {
-    const std::string failure = FailureOf(HeaderText::OneAxis().With("NVARS", value).Append({"one"}));
+    const std::string failure =
+        FailureOf(HeaderText::OneAxis().With("NVARS", value).Append({"one"}));
     EXPECT_EQ(failure.substr(0, failure.find("\nInner")),
               Model("Header does not specify number of optional variables (NVARS)"));
-    EXPECT_NE(failure.find("\nInner exception: IO error 5008: Data requested past end of file.\nFurther information: "
-                           "eofbit: unexpected end of file; failbit: last operation on stream invalid"),
-              std::string::npos);
+    EXPECT_NE(
+        failure.find("\nInner exception: IO error 5008: Data requested past end of file.\nFurther "
+                     "information: "
+                     "eofbit: unexpected end of file; failbit: last operation on stream invalid"),
+        std::string::npos);
   }
 }
 
@@ -154,9 +171,11 @@ TEST_F(HeaderAxesTest, LineOfWhiteSpaceBehindTheAxesRaises103) {
 }
 
 TEST_F(HeaderAxesTest, VariablesAndTheirQuantities) {
-  const ReadHeader header = Read(HeaderText::OneAxis().After("VARIAB", {"\t'Blade  root  Mz'", " 'plain'"})
+  const ReadHeader header = Read(HeaderText::OneAxis()
+                                     .After("VARIAB", {"\t'Blade  root  Mz'", " 'plain'"})
                                      .With("VARUNIT", "FL 'F L' T N"));
-  EXPECT_EQ(header.variables.names, (std::vector<std::string>{"Mx", "My", "Blade root Mz", "plain"}));
+  EXPECT_EQ(header.variables.names,
+            (std::vector<std::string>{"Mx", "My", "Blade root Mz", "plain"}));
   EXPECT_EQ(header.variables.quantities, (std::vector<std::string>{"FL", "F L", "T", "N"}));
 }
 
@@ -175,16 +194,19 @@ TEST_F(HeaderAxesTest, NoVariablesAtAllAreAllowed) {
 }
 
 TEST_F(HeaderAxesTest, OpenQuotesRaise114And116) {
-  EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("VARIAB", "'Mx' 'My and")),
-            Model("Header variables invalid (VARIAB)") + "\nInner exception: " + OpenQuote("'My and"));
+  EXPECT_EQ(
+      FailureOf(HeaderText::OneAxis().With("VARIAB", "'Mx' 'My and")),
+      Model("Header variables invalid (VARIAB)") + "\nInner exception: " + OpenQuote("'My and"));
   EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("VARUNIT", "FL '")),
-            Model("Header quantity identifier invalid (VARUNIT)") + "\nInner exception: " + OpenQuote("'"));
+            Model("Header quantity identifier invalid (VARUNIT)") +
+                "\nInner exception: " + OpenQuote("'"));
 }
 
 TEST_F(HeaderAxesTest, CountsThatDifferRaise117) {
   for (const char* quantities : {"", "FL", "FL FL FL"}) {
     EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("VARUNIT", quantities)),
-              Model("Number of header variables (VARIAB) and quantity identifiers (VARUNIT) are not the same"));
+              Model("Number of header variables (VARIAB) and quantity identifiers (VARUNIT) are "
+                    "not the same"));
   }
 }
 

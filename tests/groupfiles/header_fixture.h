@@ -56,7 +56,8 @@ class HeaderFixture : public ::testing::Test {
     return Model(words) + "\nInner exception: " + NotFound(label);
   }
   std::string NotFound(const std::string& label) const {
-    return "IO error 5018: Label was not found - end of file encountered.\nFurther information: label sought = " +
+    return "IO error 5018: Label was not found - end of file encountered.\nFurther information: "
+           "label sought = " +
            label + "; path: " + Path();
   }
   /// A search that finds its stream with the fail flag set, as an empty line leaves it.

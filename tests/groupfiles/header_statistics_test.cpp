@@ -6,11 +6,13 @@ namespace {
 using testing_support::HeaderText;
 using testing_support::ReadHeader;
 
-const std::initializer_list<std::string> kBlock = {
-    "ULOADS   9.0000000E+00   1.5000000E+00", "  -9.0000000E+00   2.5000000E+00",
-    "   3.0000000E+00   7.0000000E+00",       "   4.0000000E+00  -7.0000000E+00",
-    "MAXTIME 12 4",                           "MINTIME 0 2",
-    "MEAN   1.2500000E+00  -2.5000000E-01"};
+const std::initializer_list<std::string> kBlock = {"ULOADS   9.0000000E+00   1.5000000E+00",
+                                                   "  -9.0000000E+00   2.5000000E+00",
+                                                   "   3.0000000E+00   7.0000000E+00",
+                                                   "   4.0000000E+00  -7.0000000E+00",
+                                                   "MAXTIME 12 4",
+                                                   "MINTIME 0 2",
+                                                   "MEAN   1.2500000E+00  -2.5000000E-01"};
 
 /// Statistics blocks of a group of two variables.
 class HeaderStatisticsTest : public testing_support::HeaderFixture {
@@ -38,7 +40,8 @@ TEST_F(HeaderStatisticsTest, BlocksFollowEachOtherAndAnIncompleteSeriesEndsQuiet
 }
 
 TEST_F(HeaderStatisticsTest, CarriageReturnsAndAMissingLastLineEnd) {
-  EXPECT_EQ(Read(WithBlock().Text("\r\n")).statistics.at(0).mean, (std::vector<double>{1.25, -0.25}));
+  EXPECT_EQ(Read(WithBlock().Text("\r\n")).statistics.at(0).mean,
+            (std::vector<double>{1.25, -0.25}));
   std::string unended = WithBlock().Text();
   unended.pop_back();
   EXPECT_EQ(Read(unended).statistics.at(0).mean, (std::vector<double>{1.25, -0.25}));
@@ -51,13 +54,15 @@ TEST_F(HeaderStatisticsTest, AbsentBlocksAreNoError) {
 
 TEST_F(HeaderStatisticsTest, OtherStatisticsWithoutUloadsRaise119) {
   for (const char* label : {"MAXTIME", "MINTIME", "MEAN"}) {
-    EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({std::string(label) + " 1 2"})), ExpectedUloads());
+    EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({std::string(label) + " 1 2"})),
+              ExpectedUloads());
   }
   EXPECT_TRUE(Read(HeaderText::OneAxis().Append({"MEANS 1 2"})).statistics.empty());
 }
 
 TEST_F(HeaderStatisticsTest, WrongNumberOfRowsRaises119) {
-  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1 2", " 1 2", "MAXTIME 1 2"})), ExpectedUloads());
+  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1 2", " 1 2", "MAXTIME 1 2"})),
+            ExpectedUloads());
   EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1 2", " 1 2", " 1 2", " 1 2"})),
             ExpectedUloads());
   EXPECT_EQ(FailureOf(WithBlock().With("DIMENS", "9223372036854775810 3")), ExpectedUloads());
@@ -65,9 +70,12 @@ TEST_F(HeaderStatisticsTest, WrongNumberOfRowsRaises119) {
 }
 
 TEST_F(HeaderStatisticsTest, RowOfOtherLengthRaises119) {
-  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1", " 1 2", " 1 2"})), ExpectedUloads());
-  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS", " 1 2", " 1 2", " 1 2"})), ExpectedUloads());
-  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1 2", " 1 2 3", " 1 2"})), ExpectedUloads());
+  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1", " 1 2", " 1 2"})),
+            ExpectedUloads());
+  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS", " 1 2", " 1 2", " 1 2"})),
+            ExpectedUloads());
+  EXPECT_EQ(FailureOf(HeaderText::OneAxis().Append({"ULOADS 1 2", " 1 2", " 1 2 3", " 1 2"})),
+            ExpectedUloads());
 }
 
 TEST_F(HeaderStatisticsTest, LineOfWhiteSpaceIsAFailureOfItsField) {
@@ -90,7 +98,8 @@ TEST_F(HeaderStatisticsTest, LinesMissingOrOfOtherLengthRaiseTheirCode) {
     for (const char* value : {"", "1", "1 2 3"}) {
       EXPECT_EQ(FailureOf(WithBlock().With(label, value)), Model(words)) << value;
     }
-    EXPECT_EQ(FailureOf(WithBlock().With(label, "1").After(label, {" 2"})), Model(words)) << "no continuation";
+    EXPECT_EQ(FailureOf(WithBlock().With(label, "1").After(label, {" 2"})), Model(words))
+        << "no continuation";
   }
 }
 

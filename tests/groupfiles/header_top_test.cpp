@@ -31,7 +31,8 @@ TEST_F(HeaderTopTest, DimensionsOfTwoAxesAndTextAccess) {
 }
 
 TEST_F(HeaderTopTest, CarriageReturnsAreNoPartOfAnyValue) {
-  const ReadHeader header = Read(HeaderText::TwoAxes().With("NVARS", "1").Append({"GRAVITY 9.81"}).Text("\r\n"));
+  const ReadHeader header =
+      Read(HeaderText::TwoAxes().With("NVARS", "1").Append({"GRAVITY 9.81"}).Text("\r\n"));
   EXPECT_EQ(header.top.dataFileName, "run.$01");
   EXPECT_EQ(header.top.name, "Blade loads");
   EXPECT_EQ(header.top.dimensions, (std::vector<std::uint64_t>{2, 3, 4}));
@@ -79,9 +80,15 @@ TEST_F(HeaderTopTest, FieldsMissingRaiseTheirCode) {
 
 TEST_F(HeaderTopTest, DoubledFieldsGiveTheFirst) {
   HeaderText text = HeaderText::OneAxis();
-  text.After("FILE", {"FILE\tother.$01"}).After("FORM", {"RECL\t8"}).After("CONTENT", {"CONTENT\t'OTHER'"});
-  text.After("CONFIG", {"CONFIG\t'OTHER'"}).After("NDIMENS", {"NDIMENS\t3"}).After("DIMENS", {"DIMENS\t9\t9"});
-  text.After("GENLAB", {"GENLAB\t'Other'"}).After("FORMAT", {"FORMAT\tI*2"}).After("ACCESS", {"ACCESS\tS"});
+  text.After("FILE", {"FILE\tother.$01"})
+      .After("FORM", {"RECL\t8"})
+      .After("CONTENT", {"CONTENT\t'OTHER'"});
+  text.After("CONFIG", {"CONFIG\t'OTHER'"})
+      .After("NDIMENS", {"NDIMENS\t3"})
+      .After("DIMENS", {"DIMENS\t9\t9"});
+  text.After("GENLAB", {"GENLAB\t'Other'"})
+      .After("FORMAT", {"FORMAT\tI*2"})
+      .After("ACCESS", {"ACCESS\tS"});
   const ReadHeader header = Read(text);
   EXPECT_EQ(header.top.dataFileName, "run.$01");
   EXPECT_TRUE(header.top.binary);
@@ -107,30 +114,37 @@ TEST_F(HeaderTopTest, RecordLengthIsNotUsed) {
 }
 
 TEST_F(HeaderTopTest, FormatsAndTheirCodes) {
-  const std::pair<const char*, std::uint32_t> formats[] = {{"R*4", 1}, {"R4", 1}, {"n/a", 1}, {"R*8", 2},
-                                                           {"R8", 2},  {"I*2", 3}, {"I2", 3}, {"I*4", 4},
-                                                           {"I4", 4},  {"I*8", 5}, {"I8", 5}};
+  const std::pair<const char*, std::uint32_t> formats[] = {
+      {"R*4", 1}, {"R4", 1},  {"n/a", 1}, {"R*8", 2}, {"R8", 2}, {"I*2", 3},
+      {"I2", 3},  {"I*4", 4}, {"I4", 4},  {"I*8", 5}, {"I8", 5}};
   for (const auto& [format, code] : formats) {
     EXPECT_EQ(Read(HeaderText::OneAxis().With("FORMAT", format)).top.dataType, code) << format;
   }
   for (const char* format : {"", "R*3", "r*4", "R*4 ,", "R*44", "'R*4'", "N/A", "4"}) {
-    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("FORMAT", format)), Model("Data type invalid (FORMAT)"));
+    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("FORMAT", format)),
+              Model("Data type invalid (FORMAT)"));
   }
 }
 
 TEST_F(HeaderTopTest, HeaderRecordsCountOnlyDirectlyBehindFormat) {
   EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"HEADREC\t3"})).top.headerRecordCount, 3u);
-  EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"OTHER", "HEADREC\t3"})).top.headerRecordCount, 0u);
+  EXPECT_EQ(
+      Read(HeaderText::OneAxis().After("FORMAT", {"OTHER", "HEADREC\t3"})).top.headerRecordCount,
+      0u);
   EXPECT_EQ(Read(HeaderText::OneAxis().Before("FORMAT", {"HEADREC\t3"})).top.headerRecordCount, 0u);
-  for (const char* line : {"HEADREC", "HEADREC none", "HEADREC -3", "HEADREC 99999999999999999999"}) {
-    EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {line})).top.headerRecordCount, 0u) << line;
+  for (const char* line :
+       {"HEADREC", "HEADREC none", "HEADREC -3", "HEADREC 99999999999999999999"}) {
+    EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {line})).top.headerRecordCount, 0u)
+        << line;
   }
-  EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"HEADREC 9223372036854775808"})).top.headerRecordCount,
+  EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"HEADREC 9223372036854775808"}))
+                .top.headerRecordCount,
             9223372036854775808u);
 }
 
 TEST_F(HeaderTopTest, EmptyLineBehindFormatIsPassedOver) {
-  EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"", "HEADREC\t3"})).top.headerRecordCount, 3u);
+  EXPECT_EQ(Read(HeaderText::OneAxis().After("FORMAT", {"", "HEADREC\t3"})).top.headerRecordCount,
+            3u);
 }
 
 TEST_F(HeaderTopTest, BlankLineBehindAFieldWithContinuationFailsTheNextField) {
@@ -162,7 +176,8 @@ TEST_F(HeaderTopTest, WhiteSpaceWithinAValueCollapses) {
 
 TEST_F(HeaderTopTest, OnePairOfQuoteMarksIsStripped) {
   const std::pair<const char*, const char*> values[] = {
-      {"'a'", "a"}, {"\"a\"", "a"}, {"''a''", "'a'"}, {"'a\"", "a"}, {"a", "a"}, {"'", ""}, {"''", ""}, {"", ""}};
+      {"'a'", "a"}, {"\"a\"", "a"}, {"''a''", "'a'"}, {"'a\"", "a"},
+      {"a", "a"},   {"'", ""},      {"''", ""},       {"", ""}};
   for (const auto& [value, stripped] : values) {
     HeaderText text = HeaderText::OneAxis();
     text.With("FILE", value).With("CONTENT", value).With("CONFIG", value).With("GENLAB", value);
@@ -175,7 +190,8 @@ TEST_F(HeaderTopTest, OnePairOfQuoteMarksIsStripped) {
 }
 
 TEST_F(HeaderTopTest, ContinuationLinesBelongToTheValueButNotOfFile) {
-  const ReadHeader header = Read(HeaderText::OneAxis().After("GENLAB", {"\tand more"}).After("FILE", {" .old"}));
+  const ReadHeader header =
+      Read(HeaderText::OneAxis().After("GENLAB", {"\tand more"}).After("FILE", {" .old"}));
   EXPECT_EQ(header.top.name, "Tower loads'\nand more") << "the last mark is not at the end";
   EXPECT_EQ(header.top.dataFileName, "run.$01");
 }
@@ -207,14 +223,18 @@ TEST_F(HeaderTopTest, DimensionsStopAtTheFirstThatIsNoInteger) {
   EXPECT_EQ(Read(HeaderText::OneAxis().With("DIMENS", "2 3.5 4")).top.dimensions,
             (std::vector<std::uint64_t>{2, 3}));
   for (const char* value : {"2", "2 -3", "2 x 3"}) {
-    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("DIMENS", value)), Model("Axis dimensions invalid (DIMENS)"));
+    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("DIMENS", value)),
+              Model("Axis dimensions invalid (DIMENS)"));
   }
-  EXPECT_EQ(FailureOf(HeaderText::TwoAxes().With("DIMENS", "2 3")), Model("Axis dimensions invalid (DIMENS)"));
+  EXPECT_EQ(FailureOf(HeaderText::TwoAxes().With("DIMENS", "2 3")),
+            Model("Axis dimensions invalid (DIMENS)"));
 }
 
 TEST_F(HeaderTopTest, LargeDimensionsTakeNoMemory) {
-  const ReadHeader header = Read(HeaderText::OneAxis().With("DIMENS", "9223372036854775808 18446744073709551615"));
-  EXPECT_EQ(header.top.dimensions, (std::vector<std::uint64_t>{9223372036854775808u, 18446744073709551615u}));
+  const ReadHeader header =
+      Read(HeaderText::OneAxis().With("DIMENS", "9223372036854775808 18446744073709551615"));
+  EXPECT_EQ(header.top.dimensions,
+            (std::vector<std::uint64_t>{9223372036854775808u, 18446744073709551615u}));
   EXPECT_EQ(header.axes[0].pointCount, 18446744073709551615u);
 }
 
@@ -232,8 +252,9 @@ TEST_F(HeaderTopTest, HeaderThatIsCutOffIsRefused) {
 TEST_F(HeaderTopTest, FileThatDoesNotOpenRaises81) {
   CHeaderReader missing(Path());
   EXPECT_EQ(MessageOf([&] { missing.Start(); }),
-            Model("Failed to open file") + "\nInner exception: IO error 5000: The file does not exist.\n"
-                                           "Further information: " +
+            Model("Failed to open file") +
+                "\nInner exception: IO error 5000: The file does not exist.\n"
+                "Further information: " +
                 Path());
   CHeaderReader unnamed("");
   EXPECT_EQ(MessageOf([&] { unnamed.Start(); }),

@@ -35,24 +35,28 @@ std::string FixedLines(const Rows& rows, const std::string& lineEnd = "\n") {
 class TextDataTest : public testing_support::DataFixture {
  protected:
   std::string Failure(const std::string& cause) const {
-    return "Sumara Tables error: Error reading series data.\nFurther information: the group\nInner exception: " + cause;
+    return "Sumara Tables error: Error reading series data.\nFurther information: the group\nInner "
+           "exception: " +
+           cause;
   }
   std::string LineContext(std::uint64_t line) const {
     return "line number = " + std::to_string(line) + "; path: " + Path();
   }
   /// The file ended: up to the words of the stream's state.
   std::string EndOfFile(std::uint64_t line) const {
-    return Failure("IO error 5009: Failed to read data.\nFurther information: " + LineContext(line) +
-                   "\nInner exception: IO error 5008: Data requested past end of file.\n"
-                   "Further information: eofbit: unexpected end of file; failbit: ");
+    return Failure(
+        "IO error 5009: Failed to read data.\nFurther information: " + LineContext(line) +
+        "\nInner exception: IO error 5008: Data requested past end of file.\n"
+        "Further information: eofbit: unexpected end of file; failbit: ");
   }
   void ExpectStartsWith(const std::string& text, const std::string& start) const {
     EXPECT_EQ(text.substr(0, start.size()), start);
   }
 
-  /// Reads all that a file of these dimensions holds in every way there is: at once, anew, variable by
-  /// variable, with and without keeping anything.
-  void ExpectCountedInEveryWay(const std::vector<std::uint64_t>& dimensions, std::uint64_t headerRecords = 0) {
+  /// Reads all that a file of these dimensions holds in every way there is: at once, anew, variable
+  /// by variable, with and without keeping anything.
+  void ExpectCountedInEveryWay(const std::vector<std::uint64_t>& dimensions,
+                               std::uint64_t headerRecords = 0) {
     const std::uint64_t points = dimensions.back();
     for (const bool keepBuffer : {true, false}) {
       for (const std::uint64_t asked : {points, std::uint64_t{0}}) {
@@ -170,11 +174,13 @@ TEST_P(TextDataTest, PointCutInTwoIsMissing) {
 TEST_P(TextDataTest, ShortLineRaises25WhicheverVariableIsWanted) {
   Write("0 1 2\n3 4\n6 7 8\n");
   const std::string failure = Failure(
-      "Sumara Tables error: Failed to populate 1D ASCII series data container from transient data container.\n"
+      "Sumara Tables error: Failed to populate 1D ASCII series data container from transient data "
+      "container.\n"
       "Further information: Point index = 1; values expected = 3; values found = 2");
   for (const std::size_t variable : {0u, 1u, 2u}) {
     Open({3, 3}, /*binary=*/false);
-    for (int request = 0; request < 3; ++request) EXPECT_EQ(FailureOf({{variable}, {0}, 3, true}), failure);
+    for (int request = 0; request < 3; ++request)
+      EXPECT_EQ(FailureOf({{variable}, {0}, 3, true}), failure);
   }
   EXPECT_EQ(Read(All(0)), 1u);
   ExpectAllCounted(1);
@@ -184,29 +190,37 @@ TEST_P(TextDataTest, LineIsReadUpToTheFirstThatIsNoNumber) {
   Write("0 1 2\n3 x 5\n");
   Open({3, 2}, /*binary=*/false);
   EXPECT_EQ(FailureOf({{0}, {0}, 2, true}),
-            Failure("Sumara Tables error: Failed to populate 1D ASCII series data container from transient data "
-                          "container.\nFurther information: Point index = 1; values expected = 3; values found = 1"));
+            Failure("Sumara Tables error: Failed to populate 1D ASCII series data container from "
+                    "transient data "
+                    "container.\nFurther information: Point index = 1; values expected = 3; values "
+                    "found = 1"));
 }
 
 TEST_P(TextDataTest, ShortLineOfTwoAxesRaises29In25) {
   Write("0 1 2\n3 4\n");
   Open({1, 3, 2}, /*binary=*/false);
   EXPECT_EQ(FailureOf({{0}, {0}, 2, true}),
-            Failure("Sumara Tables error: Failed to populate 2D ASCII series data container from transient data "
-                          "container.\nFurther information: Point index = 1; values expected = 3; values found = 2"));
+            Failure("Sumara Tables error: Failed to populate 2D ASCII series data container from "
+                    "transient data "
+                    "container.\nFurther information: Point index = 1; values expected = 3; values "
+                    "found = 2"));
 }
 
 TEST_P(TextDataTest, LineWithoutNumbersRaises26Or27In25) {
   for (const char* line : {" \t ", "words", "- 1 2"}) {
     Write(std::string("0 1 2\n") + line + "\n6 7 8\n");
     Open({3, 3}, /*binary=*/false);
-    EXPECT_EQ(FailureOf(All(3)),
-              Failure("Sumara Tables error: Transient data container for 1D ASCII series was empty following "
-                            "read from file.\nFurther information: Point index = 1"));
+    EXPECT_EQ(
+        FailureOf(All(3)),
+        Failure(
+            "Sumara Tables error: Transient data container for 1D ASCII series was empty following "
+            "read from file.\nFurther information: Point index = 1"));
     Open({1, 3, 3}, /*binary=*/false);
-    EXPECT_EQ(FailureOf(All(3)),
-              Failure("Sumara Tables error: Transient data container for 2D ASCII series was empty following "
-                            "read from file.\nFurther information: Point index = 1"));
+    EXPECT_EQ(
+        FailureOf(All(3)),
+        Failure(
+            "Sumara Tables error: Transient data container for 2D ASCII series was empty following "
+            "read from file.\nFurther information: Point index = 1"));
   }
 }
 
@@ -240,9 +254,10 @@ TEST_P(TextDataTest, FileOfLineEndsRaises5020) {
   Write("\n");
   Open({2, 10}, /*binary=*/false);
   for (int request = 0; request < 3; ++request) {
-    ExpectStartsWith(FailureOf(All(10)),
-                           "IO error 5020: Failed to determine length of first line in file.\nFurther information: " +
-                               Path() + "\nInner exception: IO error 5008: Data requested past end of file.");
+    ExpectStartsWith(
+        FailureOf(All(10)),
+        "IO error 5020: Failed to determine length of first line in file.\nFurther information: " +
+            Path() + "\nInner exception: IO error 5008: Data requested past end of file.");
     ExpectClosed();
   }
 }
@@ -317,17 +332,22 @@ TEST_P(TextDataTest, DimensionsOfADamagedHeaderTakeNoMemory) {
     for (int request = 0; request < 3; ++request) {
       ExpectStartsWith(FailureOf({{1}, {0}, kHuge, keepBuffer}), EndOfFile(5));
     }
-    for (const std::vector<std::uint64_t>& dimensions : {std::vector<std::uint64_t>{kHuge, 5}, {1, kHuge, 5}}) {
+    for (const std::vector<std::uint64_t>& dimensions :
+         {std::vector<std::uint64_t>{kHuge, 5}, {1, kHuge, 5}}) {
       Open(dimensions, /*binary=*/false);
       for (int request = 0; request < 3; ++request) {
         const std::string failure = FailureOf({{0}, {1}, 5, keepBuffer});
-        EXPECT_EQ(failure.find("Error reading series data"), std::string("Sumara Tables error: ").size()) << failure;
+        EXPECT_EQ(failure.find("Error reading series data"),
+                  std::string("Sumara Tables error: ").size())
+            << failure;
       }
     }
     Open({2, 5}, /*binary=*/false, ~std::uint64_t{0});
     const std::string failure = FailureOf(All(5, keepBuffer));
     EXPECT_EQ(failure.find("IO error 5008"), failure.rfind("IO error 5008")) << failure;
-    EXPECT_EQ(failure.find("Error reading series data"), std::string("Sumara Tables error: ").size()) << failure;
+    EXPECT_EQ(failure.find("Error reading series data"),
+              std::string("Sumara Tables error: ").size())
+        << failure;
   }
 }
 
@@ -353,14 +373,16 @@ TEST(TextConversionTest, TokensAreParsedAsTheTarget) {
   const auto read = [&](auto tag, std::size_t variable) {
     using U = typename decltype(tag)::Type;
     testing_support::CollectingTarget<U> target;
-    const auto file = Sumara::MakeGroupDataReader<U>(Sumara::kShortCode, directory.Path("data"), false, {2, 2});
-    dynamic_cast<Sumara::IGroupDataReader<U>&>(*file).Read(Sumara::DataLayout::Of({2, 2}, 0), {{variable}, {0}, 0, true},
-                                                           target);
+    const auto file =
+        Sumara::MakeGroupDataReader<U>(Sumara::kShortCode, directory.Path("data"), false, {2, 2});
+    dynamic_cast<Sumara::IGroupDataReader<U>&>(*file).Read(Sumara::DataLayout::Of({2, 2}, 0),
+                                                           {{variable}, {0}, 0, true}, target);
     return target.Of(variable);
   };
   EXPECT_EQ(read(Sumara::ElementTag<double>{}, 0), (std::vector<double>{1.75, -2.5}));
   EXPECT_EQ(read(Sumara::ElementTag<float>{}, 1), (std::vector<double>{1000, 70000}));
-  EXPECT_EQ(read(Sumara::ElementTag<int>{}, 1), std::vector<double>{}) << "1 and .75 are the values of the line";
+  EXPECT_EQ(read(Sumara::ElementTag<int>{}, 1), std::vector<double>{})
+      << "1 and .75 are the values of the line";
 }
 
 }  // namespace

@@ -23,13 +23,17 @@ using testing_support::Strings;
 using testing_support::Values;
 
 const char* const kBadName =
-    "Sumara Tables error: Axis name must not be empty, must contain at least one non-whitespace character, and must "
+    "Sumara Tables error: Axis name must not be empty, must contain at least one non-whitespace "
+    "character, and must "
     "not contain carriage return or line feed characters.";
 const char* const kBadQuantity =
-    "Sumara Tables error: Axis quantity code must not be empty, must contain at least one non-whitespace character, "
-    "and must not contain carriage return or line feed characters.\nFurther information: Axis name: 'Time'";
+    "Sumara Tables error: Axis quantity code must not be empty, must contain at least one "
+    "non-whitespace character, "
+    "and must not contain carriage return or line feed characters.\nFurther information: Axis "
+    "name: 'Time'";
 const char* const kNotFound =
-    "Sumara Tables error: Axis index not found - unable to return corresponding axis value.\nFurther information: ";
+    "Sumara Tables error: Axis index not found - unable to return corresponding axis "
+    "value.\nFurther information: ";
 
 TEST(CAxisBaseTest, InvalidNamesAreRefused) {
   for (const char* name : {"", " ", "\t\v\f", "a\nb", "a\r", "\n"}) {
@@ -42,7 +46,8 @@ TEST(CAxisBaseTest, InvalidNamesAreRefused) {
 TEST(CAxisBaseTest, InvalidQuantitiesAreRefused) {
   for (const char* quantity : {"", " ", "\t\v\f", "a\nb", "a\r", "\n"}) {
     EXPECT_EQ(MessageOf([&] { CIntervalAxis("Time", quantity, 0, 1); }), kBadQuantity);
-    EXPECT_EQ(MessageOf([&] { CLabelledValueAxis("Time", quantity, {1}, kPrimary); }), kBadQuantity);
+    EXPECT_EQ(MessageOf([&] { CLabelledValueAxis("Time", quantity, {1}, kPrimary); }),
+              kBadQuantity);
   }
 }
 
@@ -54,7 +59,8 @@ TEST(CAxisBaseTest, ChecksComeInOrder) {
 
 TEST(CIntervalAxisTest, StepOfZeroIsRefused) {
   const char* const failure =
-      "Sumara Tables error: Interval axis step size must be non-zero.\nFurther information: Axis name: 'Time'";
+      "Sumara Tables error: Interval axis step size must be non-zero.\nFurther information: Axis "
+      "name: 'Time'";
   EXPECT_EQ(MessageOf([] { CIntervalAxis("Time", "T", 1, 0.0); }), failure);
   EXPECT_EQ(MessageOf([] { CIntervalAxis("Time", "T", 1, -0.0); }), failure);
   EXPECT_EQ(MessageOf([] { CIntervalAxis("Time", "T", 1, -1e-300); }), "no exception");
@@ -79,7 +85,8 @@ TEST(CIntervalAxisTest, ValuesCountThePointsOfTheGroup) {
   const auto axis = group->GetIntervalAxis(kPrimary, true);
   EXPECT_EQ(axis->GetValues(), (std::vector<double>{0.5, 0.25, 0.0}));
   EXPECT_EQ(axis->DataAtIndex(2), 0.0);
-  EXPECT_EQ(MessageOf([&] { axis->DataAtIndex(3); }), std::string(kNotFound) + "Axis name: 'Time'; axis index: 3");
+  EXPECT_EQ(MessageOf([&] { axis->DataAtIndex(3); }),
+            std::string(kNotFound) + "Axis name: 'Time'; axis index: 3");
   EXPECT_EQ(MessageOf([&] { axis->GetLabelAsString(3, 1); }),
             std::string(kNotFound) + "Axis name: 'Time'; axis index: 3");
 }
@@ -95,14 +102,16 @@ TEST(CIntervalAxisTest, ValuesStayUntilTheNumberOfPointsIsSet) {
   const auto series = Add<float>(*group, "a", {1, 2});
   const auto axis = group->GetIntervalAxis(kPrimary, true);
   const auto handedOut = axis->ShareValues();
-  EXPECT_EQ(axis->GetLabelsAsStrings(1), (std::vector<std::string>{"0.0000000E+00", "5.0000000E-01"}));
+  EXPECT_EQ(axis->GetLabelsAsStrings(1),
+            (std::vector<std::string>{"0.0000000E+00", "5.0000000E-01"}));
   series->AddSeriesPoints(std::vector<float>{3}, true);
   EXPECT_EQ(axis->GetValues().size(), 2u);
   EXPECT_EQ(axis->GetLabelsAsStrings(2).size(), 2u);
   axis->SetNumberOfPoints(3);
   EXPECT_EQ(axis->GetValues(), (std::vector<double>{0, 0.5, 1}));
   EXPECT_EQ(axis->GetLabelsAsStrings(2),
-            (std::vector<std::string>{"0.000000000000000E+00", "5.000000000000000E-01", "1.000000000000000E+00"}));
+            (std::vector<std::string>{"0.000000000000000E+00", "5.000000000000000E-01",
+                                      "1.000000000000000E+00"}));
   EXPECT_EQ(*handedOut, (std::vector<double>{0, 0.5}));
 }
 
@@ -124,7 +133,8 @@ TEST(CLabelledAxisTest, NewAxis) {
 
 TEST(CLabelledAxisTest, NoLabelsAreRefused) {
   const char* const failure =
-      "Sumara Tables error: Labelled axis labels array must not be empty.\nFurther information: Axis name: 'Part'";
+      "Sumara Tables error: Labelled axis labels array must not be empty.\nFurther information: "
+      "Axis name: 'Part'";
   EXPECT_EQ(MessageOf([] { CLabelledValueAxis("Part", "N", {}, kPrimary); }), failure);
   EXPECT_EQ(MessageOf([] { CLabelledStringAxis("Part", "N", {}, kSecondary); }), failure);
 }
@@ -133,8 +143,13 @@ TEST(CLabelledAxisTest, EqualLabelsAreRefusedWhereTheyHaveToBeUnique) {
   const char* const failure =
       "Sumara Tables error: Axis labels are not unique.\nFurther information: Axis name: 'Part'";
   EXPECT_EQ(MessageOf([] { CLabelledValueAxis("Part", "N", {1, 2, 1}, kSecondary); }), failure);
-  EXPECT_EQ(MessageOf([] { CLabelledStringAxis("Part", "N", {"a", "b", "b"}, kSecondary); }), failure);
-  EXPECT_EQ(MessageOf([] { CLabelledStringAxis("Part", "N", {"Blade", "BLADE", "Blad"}, kSecondary); }),
+  EXPECT_EQ(MessageOf([] {
+              CLabelledStringAxis("Part", "N", {"a", "b", "b"}, kSecondary);
+            }),
+            failure);
+  EXPECT_EQ(MessageOf([] {
+              CLabelledStringAxis("Part", "N", {"Blade", "BLADE", "Blad"}, kSecondary);
+            }),
             "no exception");
   EXPECT_EQ(MessageOf([] { CLabelledValueAxis("Part", "N", {1, 1}, kPrimary); }), "no exception");
   EXPECT_EQ(MessageOf([] { CLabelledValueAxis("Part", "N", {1, 1}, 2); }), "no exception");
@@ -159,7 +174,8 @@ TEST(CLabelledAxisTest, LabelsByTheirIndex) {
   EXPECT_EQ(strings.DataAtIndex(1), "Blade");
   EXPECT_EQ(strings.GetNumberAtIndex(1), 1.0);
   EXPECT_EQ(strings.GetLabelAsString(0, 2), "Hub");
-  EXPECT_EQ(MessageOf([&] { values.DataAtIndex(2); }), std::string(kNotFound) + "Axis name: 'Radius'; axis index: 2");
+  EXPECT_EQ(MessageOf([&] { values.DataAtIndex(2); }),
+            std::string(kNotFound) + "Axis name: 'Radius'; axis index: 2");
   EXPECT_EQ(MessageOf([&] { strings.GetLabelAsString(~std::uint64_t{0}, 1); }),
             std::string(kNotFound) + "Axis name: 'Part'; axis index: 18446744073709551615");
 }
@@ -191,11 +207,13 @@ TEST(CLabelledAxisTest, ValueThatIsNotFound) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const CLabelledValueAxis values("Radius", "L", {1, nan}, kPrimary);
   const std::string failure =
-      "Sumara Tables error: Axis value not found - unable to return corresponding axis index.\nFurther information: "
+      "Sumara Tables error: Axis value not found - unable to return corresponding axis "
+      "index.\nFurther information: "
       "Axis name: ";
   EXPECT_EQ(MessageOf([&] { values.FindIndices(nan); }), failure + "'Radius'; axis value: nan");
   EXPECT_EQ(MessageOf([&] { values.FindIndices(1.0000001); }), failure + "'Radius'; axis value: 1");
-  EXPECT_EQ(MessageOf([&] { values.FindIndices(1.25e-7); }), failure + "'Radius'; axis value: 1.25e-07");
+  EXPECT_EQ(MessageOf([&] { values.FindIndices(1.25e-7); }),
+            failure + "'Radius'; axis value: 1.25e-07");
   const CLabelledStringAxis strings("Part", "N", {"Blade"}, kPrimary);
   EXPECT_EQ(MessageOf([&] { strings.FindIndices("Blad"); }), failure + "'Part'; axis value: Blad");
 }
@@ -209,7 +227,8 @@ TEST(AxisOfAGroupTest, GroupKeepsACopyAndTellsItsPosition) {
   EXPECT_EQ(radius->GetPosition(), kSecondary);
   EXPECT_EQ(group->GetAxis(kSecondary, true)->GetPosition(), kSecondary);
   EXPECT_EQ(group->GetAxis(kPrimary, true)->GetPosition(), kPrimary);
-  EXPECT_NE(&group->GetNumericLabels(kSecondary), &std::static_pointer_cast<CLabelledValueAxis>(radius)->GetLabels());
+  EXPECT_NE(&group->GetNumericLabels(kSecondary),
+            &std::static_pointer_cast<CLabelledValueAxis>(radius)->GetLabels());
 }
 
 TEST(AxisOfAGroupTest, CopyAndOriginalKnowTheGroup) {
@@ -221,16 +240,19 @@ TEST(AxisOfAGroupTest, CopyAndOriginalKnowTheGroup) {
 }
 
 TEST(AxisOfAGroupTest, CopyKeepsItsCaches) {
-  const auto radius = std::make_shared<CLabelledValueAxis>("Radius", "L", std::vector<double>{1.5}, kPrimary);
+  const auto radius =
+      std::make_shared<CLabelledValueAxis>("Radius", "L", std::vector<double>{1.5}, kPrimary);
   radius->GetLabelsAsStrings(1);
   const auto group = NewGroup1D<double>(radius);
-  EXPECT_EQ(group->GetAxis(kPrimary, true)->GetLabelsAsStrings(2), std::vector<std::string>{"1.5000000E+00"});
+  EXPECT_EQ(group->GetAxis(kPrimary, true)->GetLabelsAsStrings(2),
+            std::vector<std::string>{"1.5000000E+00"});
 }
 
 TEST(AxisOfAGroupTest, SecondaryIntervalAxisCountsVectors) {
   const auto group = NewGroup2D<float>(Interval(), Interval(10, 1));
   Add<float>(*group, "a", {{1, 2}, {3, 4}, {5, 6}});
-  EXPECT_EQ(group->GetIntervalAxis(kSecondary, true)->GetValues(), (std::vector<double>{10, 11, 12}));
+  EXPECT_EQ(group->GetIntervalAxis(kSecondary, true)->GetValues(),
+            (std::vector<double>{10, 11, 12}));
   EXPECT_EQ(group->GetIntervalAxis(kPrimary, true)->GetValues(), (std::vector<double>{0, 0.5}));
 }
 

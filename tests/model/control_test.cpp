@@ -21,7 +21,8 @@ constexpr PreviewMode kWithout = PreviewMode::kWithoutStatistics;
 /// The groups of a registry, their keys and their modes.
 class CControlTest : public testing_support::RunFixture {
  protected:
-  static std::shared_ptr<Sumara::CGroup1D<float>> NewGroup(const std::string& path, PreviewMode mode = kFull) {
+  static std::shared_ptr<Sumara::CGroup1D<float>> NewGroup(const std::string& path,
+                                                           PreviewMode mode = kFull) {
     auto group = std::make_shared<Sumara::CGroup1D<float>>(DescriptionOf(path), Interval());
     group->SetPreviewMode(mode);
     return group;
@@ -47,7 +48,8 @@ TEST_F(CControlTest, PathStandsOnceForEachMode) {
     EXPECT_EQ(m_control.GetCachedGroup(cached, "a/run.%01", mode), 0u);
     EXPECT_EQ(cached, group);
     EXPECT_EQ(MessageOf([&] { m_control.AddGroup(NewGroup("a/run.%01", mode)); }),
-              "Sumara Tables error: Adding group with the same path as an existing group is not allowed.\nFurther "
+              "Sumara Tables error: Adding group with the same path as an existing group is not "
+              "allowed.\nFurther "
               "information: File path: a/run.%01");
   }
   EXPECT_EQ(m_control.GetGroups().size(), 3u);
@@ -57,8 +59,10 @@ TEST_F(CControlTest, NumberTakesNoPartInTheKey) {
   const GroupPtr group = NewGroup("a/run.%01");
   group->SetGroupNumber(9);
   m_control.AddGroup(group);
-  EXPECT_EQ(MessageOf([&] { m_control.AddGroup(NewGroup("a/run.%01")); }).substr(0, 35),
-            "Sumara Tables error: Adding group w");
+  EXPECT_EQ(MessageOf([&] { m_control.AddGroup(NewGroup("a/run.%01")); }),
+            "Sumara Tables error: Adding group with the same path as an existing group is not "
+            "allowed.\nFurther "
+            "information: File path: a/run.%01");
 }
 
 TEST_F(CControlTest, UnassignedNumberIsReadFromThePath) {
@@ -72,7 +76,8 @@ TEST_F(CControlTest, GlobalPathServesGroupsWithoutADirectory) {
   const GroupPtr group = NewGroup("run.%07");
   group->SetPath("");
   EXPECT_EQ(MessageOf([&] { m_control.AddGroup(group); }),
-            "Sumara Tables error: Global results file path has not been set.\nFurther information: extension = 7");
+            "Sumara Tables error: Global results file path has not been set.\nFurther information: "
+            "extension = 7");
   m_control.SetGlobalDirectoryAndRunName("dir/", "other");
   EXPECT_EQ(m_control.GetFileName(GroupFile::kData, 12), "other.$12");
   EXPECT_EQ(m_control.GetGroupFilePath(*group, GroupFile::kData), "dir/other.$07");
@@ -86,9 +91,12 @@ TEST_F(CControlTest, FilePathsOfAGroup) {
   EXPECT_EQ(m_control.GetGroupFilePath(*group, GroupFile::kHeader), "a/run.%07");
   EXPECT_EQ(m_control.GetGroupFilePath(*group, GroupFile::kData), "a/run.$07");
   EXPECT_EQ(MessageOf([&] { m_control.GetGroupFilePath(*group, static_cast<GroupFile>(2)); }),
-            "Sumara Tables error: Group path not specified. The path may be relative or absolute, and should always "
-            "contain at least the group file name. The file name extension must be of the form %n, where n is a "
-            "positive integer with an upper limit of 18446744073709551615.\nFurther information: File path: a/Loads");
+            "Sumara Tables error: Group path not specified. The path may be relative or absolute, "
+            "and should always "
+            "contain at least the group file name. The file name extension must be of the form %n, "
+            "where n is a "
+            "positive integer with an upper limit of 18446744073709551615.\nFurther information: "
+            "File path: a/Loads");
 }
 
 TEST_F(CControlTest, GroupIsReadOnceInItsMode) {
@@ -126,9 +134,11 @@ TEST_F(CControlTest, StatisticsOfAVanishedHeaderRaise81) {
   WriteHeader(HeaderText::OneAxis());
   const GroupPtr preview = Get(kWithout);
   std::filesystem::remove(Header());
-  EXPECT_EQ(MessageOf([&] { Get(kWith); }),
-            Failure("Failed to open file") +
-                "\nInner exception: IO error 5000: The file does not exist.\nFurther information: " + Header());
+  EXPECT_EQ(
+      MessageOf([&] { Get(kWith); }),
+      Failure("Failed to open file") +
+          "\nInner exception: IO error 5000: The file does not exist.\nFurther information: " +
+          Header());
   EXPECT_EQ(Cached(kWithout), preview);
   EXPECT_EQ(preview->GetPreviewMode(), kWithout);
 }
@@ -150,7 +160,8 @@ TEST_F(CControlTest, PreviewOfAnEmptyDataFileStaysOne) {
   WriteWords(0);
   const GroupPtr preview = Get(kWithout);
   EXPECT_EQ(MessageOf([&] { Get(kFull); }),
-            "Sumara Tables error: Group data file empty when expecting to find data.\nFurther information: expected 6 "
+            "Sumara Tables error: Group data file empty when expecting to find data.\nFurther "
+            "information: expected 6 "
             "data points but data file was empty: File path: " +
                 Data());
   EXPECT_EQ(Cached(kWithout), preview);
@@ -177,7 +188,8 @@ TEST_F(CControlTest, HeaderThatFailsLeavesNothing) {
   WriteWords(6);
   for (const PreviewMode mode : {kFull, kWith, kWithout}) {
     EXPECT_EQ(MessageOf([&] { Get(mode); }),
-              Failure("Number of header variables (VARIAB) and quantity identifiers (VARUNIT) are not the same"));
+              Failure("Number of header variables (VARIAB) and quantity identifiers (VARUNIT) are "
+                      "not the same"));
     EXPECT_TRUE(m_control.GetGroups().empty());
   }
   WriteHeader(HeaderText::OneAxis());
@@ -200,7 +212,8 @@ TEST_F(CControlTest, RemovedFullGroupLosesItsReader) {
   m_control.RemoveGroup(Header(), kFull, /*keepReader=*/false);
   EXPECT_EQ(Cached(kFull), nullptr);
   EXPECT_EQ(MessageOf([&] { group->GetReader(); }),
-            GroupFailure("Data reader object is null. For a group to read data files, the path to the binary should be "
+            GroupFailure("Data reader object is null. For a group to read data files, the path to "
+                         "the binary should be "
                          "passed to the constructor"));
   const GroupPtr kept = Get(kFull);
   m_control.RemoveGroup(Header(), kFull, /*keepReader=*/true);

@@ -44,8 +44,9 @@ TYPED_TEST(GroupStatisticsTest, ComputedOfOneAxis) {
   EXPECT_EQ(statistics.GetMeans(0, true), (std::vector<double>{3.8, 1.0}));
   EXPECT_EQ(statistics.Get(StatisticKind::kMaxTime, "a", 0, true), 2.0);
   EXPECT_EQ(statistics.Get(StatisticKind::kMean, "b", 0, true), 1.0);
-  EXPECT_EQ(statistics.GetUloads(0, true), (typename TestFixture::Rows{this->Points({9, 5}), this->Points({1, 5}),
-                                                                        this->Points({1, 5}), this->Points({2, -5})}));
+  EXPECT_EQ(statistics.GetUloads(0, true),
+            (typename TestFixture::Rows{this->Points({9, 5}), this->Points({1, 5}),
+                                        this->Points({1, 5}), this->Points({2, -5})}));
 }
 
 TYPED_TEST(GroupStatisticsTest, ComputedOfTwoAxesBySecondaryIndex) {
@@ -56,10 +57,12 @@ TYPED_TEST(GroupStatisticsTest, ComputedOfTwoAxesBySecondaryIndex) {
   EXPECT_EQ(statistics.GetMaxTimes(0, true), (std::vector<double>{11, 11}));
   EXPECT_EQ(statistics.GetMaxTimes(1, true), (std::vector<double>{10, 10}));
   EXPECT_EQ(statistics.GetMeans(1, true), (std::vector<double>{3.5, 7.5}));
-  EXPECT_EQ(statistics.GetUloads(1, true), (typename TestFixture::Rows{this->Points({4, 8}), this->Points({3, 7}),
-                                                                        this->Points({4, 8}), this->Points({3, 7})}));
+  EXPECT_EQ(statistics.GetUloads(1, true),
+            (typename TestFixture::Rows{this->Points({4, 8}), this->Points({3, 7}),
+                                        this->Points({4, 8}), this->Points({3, 7})}));
   EXPECT_EQ(MessageOf([&] { statistics.GetMeans(2, true); }),
-            "Sumara Tables error: Axis index not found - unable to return corresponding axis value.\nFurther "
+            "Sumara Tables error: Axis index not found - unable to return corresponding axis "
+            "value.\nFurther "
             "information: Axis name: 'Radius'; Secondary axis; File path: ./Loads");
 }
 
@@ -81,14 +84,16 @@ TYPED_TEST(GroupStatisticsTest, GroupWithoutData) {
   const auto group = NewGroup1D<TypeParam>();
   Add(*group, "a", {});
   const std::string failure =
-      "Sumara Tables error: Cannot get statistics for a group that does not contain data" + kContext;
+      "Sumara Tables error: Cannot get statistics for a group that does not contain data" +
+      kContext;
   auto& statistics = group->Statistics();
   EXPECT_EQ(MessageOf([&] { group->CheckStatisticsAvailable(0); }), failure);
   EXPECT_EQ(MessageOf([&] { statistics.GetMeans(0, true); }), failure);
   EXPECT_EQ(MessageOf([&] { statistics.GetMaxTimes(0, false); }), failure);
   EXPECT_EQ(MessageOf([&] { statistics.GetUloads(0, true); }), failure);
   std::vector<double> means;
-  EXPECT_EQ(MessageOf([&] { statistics.ComputeStatistic(means, StatisticKind::kMean, 0); }), failure);
+  EXPECT_EQ(MessageOf([&] { statistics.ComputeStatistic(means, StatisticKind::kMean, 0); }),
+            failure);
 }
 
 TYPED_TEST(GroupStatisticsTest, NewGroupHasNoStoredFigures) {
@@ -96,7 +101,8 @@ TYPED_TEST(GroupStatisticsTest, NewGroupHasNoStoredFigures) {
   Add(*group, "a", this->Points({1}));
   const std::string failure = "Sumara Tables error: Header does not contain stats" + kContext;
   EXPECT_EQ(MessageOf([&] { group->Statistics().GetMeans(0, /*preferComputed=*/false); }), failure);
-  EXPECT_EQ(MessageOf([&] { group->Statistics().GetUloads(0, /*preferComputed=*/false); }), failure);
+  EXPECT_EQ(MessageOf([&] { group->Statistics().GetUloads(0, /*preferComputed=*/false); }),
+            failure);
 }
 
 TYPED_TEST(GroupStatisticsTest, SeriesAreKnownByTheirExactName) {
@@ -146,8 +152,9 @@ TYPED_TEST(GroupStatisticsTest, WhileWritingFiguresRunAcrossFlushes) {
   group->ClearSeriesData(true);
   group->SetFlushedPointCount(5);
   // The rows of the maximum of a and the minimum of b keep the values of the first chunk.
-  EXPECT_EQ(statistics.GetUloads(0, true), (typename TestFixture::Rows{this->Points({9, 5}), this->Points({0, 7}),
-                                                                        this->Points({0, 7}), this->Points({1, 4})}));
+  EXPECT_EQ(statistics.GetUloads(0, true),
+            (typename TestFixture::Rows{this->Points({9, 5}), this->Points({0, 7}),
+                                        this->Points({0, 7}), this->Points({1, 4})}));
 }
 
 TYPED_TEST(GroupStatisticsTest, RowsWhileWritingForEachSecondaryIndex) {
@@ -156,15 +163,19 @@ TYPED_TEST(GroupStatisticsTest, RowsWhileWritingForEachSecondaryIndex) {
   group->SetIncrementalMode(1);
   a->AddSeriesPoints({this->Points({1, 2}), this->Points({4, 3})}, true);
   group->ClearSeriesData(true);
-  EXPECT_EQ(group->Statistics().GetUloads(0, true), (typename TestFixture::Rows{this->Points({2}), this->Points({1})}));
-  EXPECT_EQ(group->Statistics().GetUloads(1, true), (typename TestFixture::Rows{this->Points({4}), this->Points({3})}));
+  EXPECT_EQ(group->Statistics().GetUloads(0, true),
+            (typename TestFixture::Rows{this->Points({2}), this->Points({1})}));
+  EXPECT_EQ(group->Statistics().GetUloads(1, true),
+            (typename TestFixture::Rows{this->Points({4}), this->Points({3})}));
 }
 
 TEST(GroupStatisticsAxesTest, SecondaryAxisWithoutValues) {
   const auto group = NewGroup2D<float>(Interval(), Interval());
   const std::string failure =
-      "Sumara Tables error: Cannot get stats for 2D group with unpopulated secondary axis (the secondary axis "
-      "represents the secondary independent variable).\nFurther information: Axis name: 'Time'; Secondary axis; File "
+      "Sumara Tables error: Cannot get stats for 2D group with unpopulated secondary axis (the "
+      "secondary axis "
+      "represents the secondary independent variable).\nFurther information: Axis name: 'Time'; "
+      "Secondary axis; File "
       "path: ./Loads";
   group->SetIncrementalMode(1);
   EXPECT_EQ(MessageOf([&] { group->CheckStatisticsAvailable(0); }), failure);
@@ -275,9 +286,11 @@ TEST_F(StoredStatisticsTest, BlocksOfTwoAxes) {
   auto& statistics = StatisticsOf(group);
   EXPECT_EQ(statistics.GetMeans(0, true), m_storedMeans);
   EXPECT_EQ(statistics.GetMeans(1, true), m_storedMeans);
-  EXPECT_EQ(MessageOf([&] { statistics.GetMeans(2, true); }), NoStats("Blade loads")) << "there are two blocks of three";
+  EXPECT_EQ(MessageOf([&] { statistics.GetMeans(2, true); }), NoStats("Blade loads"))
+      << "there are two blocks of three";
   EXPECT_EQ(MessageOf([&] { statistics.GetMeans(3, true); }),
-            "Sumara Tables error: Axis index not found - unable to return corresponding axis value.\nFurther "
+            "Sumara Tables error: Axis index not found - unable to return corresponding axis "
+            "value.\nFurther "
             "information: Axis name: 'Radius'; Secondary axis; File path: " +
                 m_directory.Path("Blade loads"));
 }
@@ -298,8 +311,9 @@ TEST_F(StoredStatisticsTest, AllDataOfASecondaryIndexWinsOverItsBlock) {
 }
 
 TEST_F(StoredStatisticsTest, BlockOfFewerVariablesThanNames) {
-  WriteHeader(HeaderText::OneAxis().With("DIMENS", "1 3").Append(
-      {"ULOADS 1", " 2", "MAXTIME 1", "MINTIME 2", "MEAN 3"}));
+  WriteHeader(HeaderText::OneAxis()
+                  .With("DIMENS", "1 3")
+                  .Append({"ULOADS 1", " 2", "MAXTIME 1", "MINTIME 2", "MEAN 3"}));
   auto& statistics = StatisticsOf(Get(PreviewMode::kWithStatistics));
   EXPECT_EQ(statistics.Get(StatisticKind::kMean, "Mx", 0, true), 3.0);
   EXPECT_EQ(MessageOf([&] { statistics.Get(StatisticKind::kMean, "My", 0, true); }), NoStats());
@@ -314,7 +328,8 @@ TEST_F(StoredStatisticsTest, BlocksAreNotAskedForByADamagedSecondaryAxis) {
                   .Append(StatisticsBlock()));
   auto& statistics = StatisticsOf(Get(PreviewMode::kWithStatistics));
   EXPECT_EQ(statistics.GetMeans(0, true), m_storedMeans);
-  EXPECT_EQ(MessageOf([&] { statistics.GetMeans(9223372036854775807u, true); }), NoStats("Blade loads"));
+  EXPECT_EQ(MessageOf([&] { statistics.GetMeans(9223372036854775807u, true); }),
+            NoStats("Blade loads"));
 }
 
 }  // namespace

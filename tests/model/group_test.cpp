@@ -23,9 +23,12 @@ using testing_support::Strings;
 using testing_support::Values;
 
 const std::string kContext = ".\nFurther information: File path: ./Loads";
-const std::string kReadOnly = "Sumara Tables error: A group that is serialised may not be modified" + kContext;
-const std::string kUnknownSeries = "Sumara Tables error: Requested series not found in current group" + kContext;
-const std::string kPreviewHasNone = "Sumara Tables error: Preview group does not contain series objects" + kContext;
+const std::string kReadOnly =
+    "Sumara Tables error: A group that is serialised may not be modified" + kContext;
+const std::string kUnknownSeries =
+    "Sumara Tables error: Requested series not found in current group" + kContext;
+const std::string kPreviewHasNone =
+    "Sumara Tables error: Preview group does not contain series objects" + kContext;
 
 std::string FailureOf(const GroupDescription& description) {
   return MessageOf([&] { CGroup1D<float>(description, Interval()); });
@@ -46,16 +49,27 @@ TYPED_TEST(CGroupTypesTest, TypeAndSize) {
 TYPED_TEST(CGroupTypesTest, SeriesOfAnotherTypeOrShapeIsRefused) {
   using Other = std::conditional_t<std::is_same_v<TypeParam, float>, double, float>;
   const std::string failure =
-      "Sumara Tables error: A series added to a group must have the same datatype and number of dimensions as the "
+      "Sumara Tables error: A series added to a group must have the same datatype and number of "
+      "dimensions as the "
       "group" +
       kContext;
   const auto group = NewGroup1D<TypeParam>();
-  EXPECT_EQ(MessageOf([&] { group->AddSeries(std::make_shared<CSeries1D<Other>>("Mx", "FL"), false); }), failure);
-  EXPECT_EQ(MessageOf([&] { group->AddSeries(std::make_shared<CSeries2D<TypeParam>>("Mx", "FL"), false); }), failure);
+  EXPECT_EQ(
+      MessageOf([&] { group->AddSeries(std::make_shared<CSeries1D<Other>>("Mx", "FL"), false); }),
+      failure);
+  EXPECT_EQ(MessageOf([&] {
+              group->AddSeries(std::make_shared<CSeries2D<TypeParam>>("Mx", "FL"), false);
+            }),
+            failure);
   EXPECT_EQ(MessageOf([&] { group->AddSeries(nullptr, false); }), failure);
   const auto wide = NewGroup2D<TypeParam>(Interval(), Values({1}));
-  EXPECT_EQ(MessageOf([&] { wide->AddSeries(std::make_shared<CSeries2D<Other>>("Mx", "FL"), false); }), failure);
-  EXPECT_EQ(MessageOf([&] { wide->AddSeries(std::make_shared<CSeries1D<TypeParam>>("Mx", "FL"), false); }), failure);
+  EXPECT_EQ(
+      MessageOf([&] { wide->AddSeries(std::make_shared<CSeries2D<Other>>("Mx", "FL"), false); }),
+      failure);
+  EXPECT_EQ(MessageOf([&] {
+              wide->AddSeries(std::make_shared<CSeries1D<TypeParam>>("Mx", "FL"), false);
+            }),
+            failure);
   EXPECT_EQ(group->GetNumberOfSeries(), 0u);
 }
 
@@ -67,7 +81,8 @@ TYPED_TEST(CGroupTypesTest, LoadStateOfANewGroupIs0) {
 }
 
 TEST(CGroupTest, DescriptionIsKept) {
-  const CGroup1D<float> group({"dir/run.%07", false, "Loads", "", "UserDefined", "other.$07"}, Interval());
+  const CGroup1D<float> group({"dir/run.%07", false, "Loads", "", "UserDefined", "other.$07"},
+                              Interval());
   EXPECT_EQ(group.GetPath(), "dir/run.%07");
   EXPECT_FALSE(group.IsBinary());
   EXPECT_EQ(group.GetName(), "Loads");
@@ -91,10 +106,11 @@ TEST(CGroupTest, PartsOfThePath) {
     const char* directory;
     const char* dataFile;
   };
-  for (const Parts& parts : {Parts{"/a/b.c/run.%01", "run.%01", "run", "/a/b.c/", "/a/b.c/run.$01"},
-                             {"run.%01", "run.%01", "run", "./", "./run.$01"},
-                             {"a\\run.%12", "run.%12", "run", "a\\", "a\\run.$12"},
-                             {"dir/50%.case.%02", "50%.case.%02", "50%.case", "dir/", "dir/50$.case.$02"}}) {
+  for (const Parts& parts :
+       {Parts{"/a/b.c/run.%01", "run.%01", "run", "/a/b.c/", "/a/b.c/run.$01"},
+        {"run.%01", "run.%01", "run", "./", "./run.$01"},
+        {"a\\run.%12", "run.%12", "run", "a\\", "a\\run.$12"},
+        {"dir/50%.case.%02", "50%.case.%02", "50%.case", "dir/", "dir/50$.case.$02"}}) {
     const CGroup1D<float> group(DescriptionOf(parts.path), Interval());
     EXPECT_EQ(group.GetFileName(), parts.fileName);
     EXPECT_EQ(group.GetFileStem(), parts.stem);
@@ -113,29 +129,39 @@ TEST(CGroupTest, GroupWithoutAPathHasNoPartsOfOne) {
 
 TEST(CGroupTest, InvalidTextsAreRefusedInOrder) {
   const std::string name =
-      "Sumara Tables error: Group name (GENLAB) must not be empty, must contain at least one non-whitespace character, "
-      "and must not contain carriage return or line feed characters.\nFurther information: File path: ./";
+      "Sumara Tables error: Group name (GENLAB) must not be empty, must contain at least one "
+      "non-whitespace character, "
+      "and must not contain carriage return or line feed characters.\nFurther information: File "
+      "path: ./";
   for (const std::string bad : {"", " ", "a\nb", "a\r"}) {
     EXPECT_EQ(FailureOf({"run.%01", true, bad, "a\nb", "", ""}), name + bad);
   }
   for (const char* bad : {"a\nb", "\r"}) {
     EXPECT_EQ(FailureOf({"run.%01", true, "Loads", bad, "", ""}),
-              "Sumara Tables error: Group config (CONFIG) must not contain carriage return or line feed characters" +
+              "Sumara Tables error: Group config (CONFIG) must not contain carriage return or line "
+              "feed characters" +
                   kContext);
   }
   for (const char* bad : {"", "\t", "a\nb"}) {
-    EXPECT_EQ(FailureOf({"run.%01", true, "Loads", "", bad, ""}),
-              "Sumara Tables error: Group data source (CONTENT) must not be empty, must contain at least one "
-              "non-whitespace character, and must not contain carriage return or line feed characters" +
-                  kContext);
+    EXPECT_EQ(
+        FailureOf({"run.%01", true, "Loads", "", bad, ""}),
+        "Sumara Tables error: Group data source (CONTENT) must not be empty, must contain at least "
+        "one "
+        "non-whitespace character, and must not contain carriage return or line feed characters" +
+            kContext);
   }
   EXPECT_EQ(FailureOf({"", true, "Loads", "", "UserDefined", ""}),
-            "Sumara Tables error: Group path not specified. The path may be relative or absolute, and should always "
-            "contain at least the group file name. The file name extension must be of the form %n, where n is a "
-            "positive integer with an upper limit of 18446744073709551615.\nFurther information: Group name: 'Loads'");
+            "Sumara Tables error: Group path not specified. The path may be relative or absolute, "
+            "and should always "
+            "contain at least the group file name. The file name extension must be of the form %n, "
+            "where n is a "
+            "positive integer with an upper limit of 18446744073709551615.\nFurther information: "
+            "Group name: 'Loads'");
   EXPECT_EQ(FailureOf({"run.txt", true, "Loads", "", "UserDefined", ""}),
-            "Sumara Tables error: File extension invalid: The file name extension must be of the form %n, where n is a "
-            "positive integer with an upper limit of 18446744073709551615.\nFurther information: File path: run.txt");
+            "Sumara Tables error: File extension invalid: The file name extension must be of the "
+            "form %n, where n is a "
+            "positive integer with an upper limit of 18446744073709551615.\nFurther information: "
+            "File path: run.txt");
 }
 
 TEST(CGroupTest, AxesOfEachKind) {
@@ -150,14 +176,16 @@ TEST(CGroupTest, AxesOfEachKind) {
   EXPECT_EQ(group->GetNumberOfLabels(kPrimary), 0u);
   EXPECT_EQ(group->GetNumberOfLabels(kSecondary), 2u);
   EXPECT_EQ(group->GetNumberOfLabels(2), 0u);
-  EXPECT_EQ(NewGroup1D<float>(Values({1, 2, 3}))->GetNumericLabels(kPrimary), (std::vector<double>{1, 2, 3}));
+  EXPECT_EQ(NewGroup1D<float>(Values({1, 2, 3}))->GetNumericLabels(kPrimary),
+            (std::vector<double>{1, 2, 3}));
 }
 
 TEST(CGroupTest, AxesThatAreNotThere) {
   const auto group = NewGroup2D<float>(Interval(), Strings({"Hub", "Blade"}));
   const std::string missing = "Sumara Tables error: Specified axis not found" + kContext;
   const std::string mismatch =
-      "Sumara Tables error: Axis does not match the type requested, e.g. a labelled value axis was requested but a "
+      "Sumara Tables error: Axis does not match the type requested, e.g. a labelled value axis was "
+      "requested but a "
       "labelled string axis was found" +
       kContext;
   EXPECT_EQ(group->GetAxis(2, false), nullptr);
@@ -174,9 +202,11 @@ TEST(CGroupTest, AxesThatAreNotThere) {
 TEST(CGroupTest, IndexOfALabel) {
   const auto group = NewGroup2D<float>(Values({1.5, 2.5, 1.5}), Strings({"Hub", "Blade", "HUB"}));
   EXPECT_EQ(group->GetAxisIndexOfLabel(kSecondary, "BLADE"), 1u);
-  EXPECT_EQ(group->GetAxisIndexOfLabel(kPrimary, " 2.5x"), 1u) << "what the standard library makes of it";
+  EXPECT_EQ(group->GetAxisIndexOfLabel(kPrimary, " 2.5x"), 1u)
+      << "what the standard library makes of it";
   EXPECT_EQ(group->GetAxisIndexOfValue(kPrimary, 2.5), 1u);
-  const std::string unique = "Sumara Tables error: Axis labels are not unique.\nFurther information: Axis name: ";
+  const std::string unique =
+      "Sumara Tables error: Axis labels are not unique.\nFurther information: Axis name: ";
   EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfLabel(kSecondary, "hub"); }),
             unique + "'Part'; axis value: hub; File path: ./Loads");
   EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfValue(kPrimary, 1.5); }),
@@ -187,13 +217,16 @@ TEST(CGroupTest, IndexOfALabel) {
   EXPECT_THROW(group->GetAxisIndexOfLabel(kPrimary, "Hub"), std::invalid_argument);
   EXPECT_THROW(group->GetAxisIndexOfLabel(kPrimary, "1e999"), std::out_of_range);
   EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfValue(kPrimary, 3); }),
-            "Sumara Tables error: Axis value not found - unable to return corresponding axis index.\nFurther "
+            "Sumara Tables error: Axis value not found - unable to return corresponding axis "
+            "index.\nFurther "
             "information: Axis name: 'Radius'; axis value: 3");
   EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfLabel(kSecondary, "Tip"); }),
-            "Sumara Tables error: Axis value not found - unable to return corresponding axis index.\nFurther "
+            "Sumara Tables error: Axis value not found - unable to return corresponding axis "
+            "index.\nFurther "
             "information: Axis name: 'Part'; axis value: Tip");
   EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfValue(kSecondary, 1); }),
-            "Sumara Tables error: Axis does not match the type requested, e.g. a labelled value axis was requested but "
+            "Sumara Tables error: Axis does not match the type requested, e.g. a labelled value "
+            "axis was requested but "
             "a labelled string axis was found" +
                 kContext);
 }
@@ -286,7 +319,10 @@ TEST(CGroupTest, SeriesThatAreNotThere) {
   const auto group = NewGroup1D<float>();
   Add<float>(*group, "Rotor");
   EXPECT_EQ(MessageOf([&] { group->GetSeries("rotor"); }), kUnknownSeries);
-  EXPECT_EQ(MessageOf([&] { group->GetSeries(std::vector<std::string>{"Rotor", "x"}); }), kUnknownSeries);
+  EXPECT_EQ(MessageOf([&] {
+              group->GetSeries(std::vector<std::string>{"Rotor", "x"});
+            }),
+            kUnknownSeries);
   EXPECT_EQ(MessageOf([&] { group->GetSeriesIndex("x", false); }), kUnknownSeries);
   EXPECT_EQ(MessageOf([&] { group->GetSeriesIndex("rotor", true); }), kUnknownSeries);
   EXPECT_EQ(MessageOf([&] { group->GetSeriesQuantity("x"); }), kUnknownSeries);
@@ -300,7 +336,8 @@ TEST(CGroupTest, NamesClashWhateverTheirCase) {
   Add<float>(*group, "Rotor");
   const auto second = std::make_shared<CSeries1D<float>>("ROTOR", "FL");
   EXPECT_EQ(MessageOf([&] { group->AddSeries(second, false); }),
-            "Sumara Tables error: Adding series with the same name as an existing series (case insensitive) is not "
+            "Sumara Tables error: Adding series with the same name as an existing series (case "
+            "insensitive) is not "
             "allowed" +
                 kContext);
   EXPECT_EQ(second->GetGroup(), nullptr);
@@ -312,8 +349,9 @@ TEST(CGroupTest, ClashingNameCanBecomeAFreeOne) {
   for (const char* name : {"Rotor", "rotor", "Rotor_1", "Rotor_x", "rotor_X", "_1", "_1"}) {
     group->AddSeries(std::make_shared<CSeries1D<float>>(name, "FL"), /*renameOnClash=*/true);
   }
-  EXPECT_EQ(group->GetSeriesNames(), (std::vector<std::string>{"Rotor", "rotor_1", "Rotor_2", "Rotor_x", "rotor_X_1",
-                                                               "_1", "_1_1"}));
+  EXPECT_EQ(group->GetSeriesNames(),
+            (std::vector<std::string>{"Rotor", "rotor_1", "Rotor_2", "Rotor_x", "rotor_X_1", "_1",
+                                      "_1_1"}));
   EXPECT_EQ(group->GetSeries("Rotor_2")->GetName(), "Rotor_2");
 }
 
@@ -331,7 +369,10 @@ TEST(CGroupTest, SeriesAreRemovedAndRenumbered) {
   group->RemoveSeries("b");
   EXPECT_EQ(group->GetSeriesNames(), (std::vector<std::string>{"a", "c", "d"}));
   EXPECT_EQ(group->GetSeriesIndex("d", true), 2u);
-  EXPECT_EQ(MessageOf([&] { group->RemoveSeries(std::vector<std::string>{"a", "x"}); }), kUnknownSeries);
+  EXPECT_EQ(MessageOf([&] {
+              group->RemoveSeries(std::vector<std::string>{"a", "x"});
+            }),
+            kUnknownSeries);
   EXPECT_EQ(group->GetNumberOfSeries(), 3u);
   group->RemoveSeries(std::vector<std::string>{"c", "a"});
   EXPECT_EQ(group->GetSeriesIndex("d", true), 0u);
@@ -381,7 +422,9 @@ TEST(CGroupTest, ReadOnlyGroupsRefuseChanges) {
     EXPECT_EQ(MessageOf([&] { group->SetTargetType(2); }), kReadOnly);
     EXPECT_EQ(MessageOf([&] { group->AddOptionalVariables({"x"}); }), kReadOnly);
     EXPECT_EQ(MessageOf([&] { group->AddOptionalVariable("x"); }), kReadOnly);
-    EXPECT_EQ(MessageOf([&] { group->AddSeries(std::make_shared<CSeries1D<float>>("b", "FL"), false); }), kReadOnly);
+    EXPECT_EQ(
+        MessageOf([&] { group->AddSeries(std::make_shared<CSeries1D<float>>("b", "FL"), false); }),
+        kReadOnly);
     EXPECT_EQ(MessageOf([&] { group->RemoveSeries("a"); }), kReadOnly);
     EXPECT_EQ(MessageOf([&] { group->RemoveSeries(std::vector<std::string>{"a"}); }), kReadOnly);
     EXPECT_EQ(MessageOf([&] { group->ClearSeriesData(true); }), kReadOnly);
@@ -452,7 +495,8 @@ TEST(CGroupTest, NamesWithoutObjects) {
 TEST(CGroupTest, ReaderHasToBeThere) {
   const auto group = NewGroup1D<float>();
   const std::string failure =
-      "Sumara Tables error: Data reader object is null. For a group to read data files, the path to the binary should "
+      "Sumara Tables error: Data reader object is null. For a group to read data files, the path "
+      "to the binary should "
       "be passed to the constructor" +
       kContext;
   EXPECT_EQ(MessageOf([&] { group->GetReader(); }), failure);
@@ -466,16 +510,22 @@ TEST(CGroupTest, ReaderHasToBeThere) {
 TEST(CGroupTest, ReaderIsMadeForAStoredTypeAndAPath) {
   const auto group = NewGroup1D<float>();
   for (const std::uint32_t type : {0u, 6u}) {
-    EXPECT_EQ(MessageOf([&] { group->CreateReader(true, true, "", {1, 1}, type); }),
+    EXPECT_EQ(MessageOf([&] {
+                group->CreateReader(true, true, "", {1, 1}, type);
+              }),
               "Sumara Tables error: Invalid data type used to create a group" + kContext);
   }
-  EXPECT_EQ(MessageOf([&] { group->CreateReader(true, true, "", {1, 1}, 2); }),
+  EXPECT_EQ(MessageOf([&] {
+              group->CreateReader(true, true, "", {1, 1}, 2);
+            }),
             "Sumara Tables error: Data file path invalid" + kContext);
   group->CreateReader(true, /*skipOpen=*/true, "nowhere/run.$01", {2, 9}, 2);
   EXPECT_EQ(group->GetReader().GetPath(), "nowhere/run.$01");
   EXPECT_EQ(group->GetReaderPointCount(), 9u);
   EXPECT_FALSE(group->IsReaderOpen());
-  EXPECT_EQ(MessageOf([&] { group->CreateReader(true, /*skipOpen=*/false, "nowhere/run.$01", {2, 9}, 2); }),
+  EXPECT_EQ(MessageOf([&] {
+              group->CreateReader(true, /*skipOpen=*/false, "nowhere/run.$01", {2, 9}, 2);
+            }),
             "IO error 5000: The file does not exist.\nFurther information: nowhere/run.$01");
 }
 
@@ -484,10 +534,12 @@ TEST(CGroupTest, DataOfEachSeriesForTheWriter) {
   const auto a = Add<float>(*group, "a", {1, 2});
   EXPECT_EQ(group->SeriesDataPointers(), std::vector<const std::vector<float>*>{&a->GetData()});
   const auto b = Add<float>(*group, "b", {3});
-  EXPECT_EQ(group->SeriesDataPointers(), (std::vector<const std::vector<float>*>{&a->GetData(), &b->GetData()}));
+  EXPECT_EQ(group->SeriesDataPointers(),
+            (std::vector<const std::vector<float>*>{&a->GetData(), &b->GetData()}));
   const auto wide = NewGroup2D<float>(Interval(), Values({1}));
   const auto c = Add<float>(*wide, "c", {{3}});
-  EXPECT_EQ(wide->SeriesDataPointers(), std::vector<const std::vector<std::vector<float>>*>{&c->GetData()});
+  EXPECT_EQ(wide->SeriesDataPointers(),
+            std::vector<const std::vector<std::vector<float>>*>{&c->GetData()});
 }
 
 }  // namespace

@@ -17,20 +17,25 @@ inline std::shared_ptr<Sumara::CAxisBase> Interval(double minimum = 0.0, double 
   return std::make_shared<Sumara::CIntervalAxis>("Time", "T", minimum, step);
 }
 inline std::shared_ptr<Sumara::CAxisBase> Values(std::vector<double> labels) {
-  return std::make_shared<Sumara::CLabelledValueAxis>("Radius", "L", std::move(labels), Sumara::kPrimary);
+  return std::make_shared<Sumara::CLabelledValueAxis>("Radius", "L", std::move(labels),
+                                                      Sumara::kPrimary);
 }
 inline std::shared_ptr<Sumara::CAxisBase> Strings(std::vector<std::string> labels) {
-  return std::make_shared<Sumara::CLabelledStringAxis>("Part", "N", std::move(labels), Sumara::kPrimary);
+  return std::make_shared<Sumara::CLabelledStringAxis>("Part", "N", std::move(labels),
+                                                       Sumara::kPrimary);
 }
 
-/// A new group for output, "run.%01" in the working directory: its context reads "File path: ./Loads".
+/// A new group for output, "run.%01" in the working directory: its context reads "File path:
+/// ./Loads".
 template <class T>
-std::shared_ptr<Sumara::CGroup1D<T>> NewGroup1D(const std::shared_ptr<Sumara::CAxisBase>& axis = Interval()) {
+std::shared_ptr<Sumara::CGroup1D<T>> NewGroup1D(
+    const std::shared_ptr<Sumara::CAxisBase>& axis = Interval()) {
   return std::make_shared<Sumara::CGroup1D<T>>(DescriptionOf("run.%01"), axis);
 }
 template <class T>
-std::shared_ptr<Sumara::CGroup2D<T>> NewGroup2D(const std::shared_ptr<Sumara::CAxisBase>& primary,
-                                                const std::shared_ptr<Sumara::CAxisBase>& secondary) {
+std::shared_ptr<Sumara::CGroup2D<T>> NewGroup2D(
+    const std::shared_ptr<Sumara::CAxisBase>& primary,
+    const std::shared_ptr<Sumara::CAxisBase>& secondary) {
   return std::make_shared<Sumara::CGroup2D<T>>(DescriptionOf("run.%01"), primary, secondary);
 }
 

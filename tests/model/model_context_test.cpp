@@ -35,22 +35,33 @@ TEST(ModelContextTest, Series) {
 
 TEST(ModelContextTest, Axes) {
   const auto group = testing_support::NewGroup1D<float>();
-  EXPECT_EQ(AxisContext("Time", 7, group.get()), "Axis name: 'Time'; axis index: 7; File path: ./Loads");
-  EXPECT_EQ(AxisPositionContext("Time", 0, group.get()), "Axis name: 'Time'; Primary axis; File path: ./Loads");
-  EXPECT_EQ(AxisPositionContext("Time", 1, group.get()), "Axis name: 'Time'; Secondary axis; File path: ./Loads");
-  EXPECT_EQ(AxisPositionContext("Time", 2, nullptr), "Axis name: 'Time'; Unknown axis; group was null");
+  EXPECT_EQ(AxisContext("Time", 7, group.get()),
+            "Axis name: 'Time'; axis index: 7; File path: ./Loads");
+  EXPECT_EQ(AxisPositionContext("Time", 0, group.get()),
+            "Axis name: 'Time'; Primary axis; File path: ./Loads");
+  EXPECT_EQ(AxisPositionContext("Time", 1, group.get()),
+            "Axis name: 'Time'; Secondary axis; File path: ./Loads");
+  EXPECT_EQ(AxisPositionContext("Time", 2, nullptr),
+            "Axis name: 'Time'; Unknown axis; group was null");
 }
 
 TEST(ModelContextTest, NumbersAreThoseOfAStream) {
-  const std::pair<double, const char*> numbers[] = {
-      {0.0, "0"},       {-0.0, "-0"},     {5.0, "5"},           {2.5, "2.5"},         {1.0 / 3, "0.333333"},
-      {123456, "123456"}, {1234567, "1.23457e+06"}, {1e-5, "1e-05"}, {1e300, "1e+300"}};
+  const std::pair<double, const char*> numbers[] = {{0.0, "0"},
+                                                    {-0.0, "-0"},
+                                                    {5.0, "5"},
+                                                    {2.5, "2.5"},
+                                                    {1.0 / 3, "0.333333"},
+                                                    {123456, "123456"},
+                                                    {1234567, "1.23457e+06"},
+                                                    {1e-5, "1e-05"},
+                                                    {1e300, "1e+300"}};
   for (const auto& [number, text] : numbers) EXPECT_EQ(NumberText(number), text);
   EXPECT_EQ(NumberText(std::numeric_limits<double>::infinity()), "inf");
 }
 
 TEST(ModelContextTest, NumbersDoNotFollowTheLocale) {
-  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no locale with a decimal comma";
+  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr)
+    GTEST_SKIP() << "no locale with a decimal comma";
   const std::string text = NumberText(2.5);
   std::setlocale(LC_NUMERIC, "C");
   EXPECT_EQ(text, "2.5");

@@ -18,9 +18,12 @@ namespace testing_support {
 /// A statistics block of two variables, told apart by its mean.
 inline std::initializer_list<std::string> StatisticsBlock() {
   static const std::initializer_list<std::string> kLines = {
-      "ULOADS   9.0000000E+00   1.5000000E+00", "  -9.0000000E+00   2.5000000E+00",
-      "   3.0000000E+00   7.0000000E+00",       "   4.0000000E+00  -7.0000000E+00",
-      "MAXTIME 12 4",                           "MINTIME 0 2",
+      "ULOADS   9.0000000E+00   1.5000000E+00",
+      "  -9.0000000E+00   2.5000000E+00",
+      "   3.0000000E+00   7.0000000E+00",
+      "   4.0000000E+00  -7.0000000E+00",
+      "MAXTIME 12 4",
+      "MINTIME 0 2",
       "MEAN   1.2500000E+00  -2.5000000E-01"};
   return kLines;
 }
@@ -35,7 +38,9 @@ class RunFixture : public ::testing::Test {
   void WriteHeader(const HeaderText& text) { m_directory.Write("run.%01", text.Text()); }
   void WriteHeader(const std::string& text) { m_directory.Write("run.%01", text); }
   /// Words 0, 1, 2 and so on.
-  void WriteWords(std::size_t count) { m_directory.WriteWords<float>("run.$01", WordsOf<float>(Count(count))); }
+  void WriteWords(std::size_t count) {
+    m_directory.WriteWords<float>("run.$01", WordsOf<float>(Count(count)));
+  }
   void WriteOneAxis() {
     WriteHeader(HeaderText::OneAxis());
     WriteWords(6);
@@ -45,7 +50,8 @@ class RunFixture : public ::testing::Test {
     WriteWords(24);
   }
 
-  GroupPtr Get(Sumara::PreviewMode mode = Sumara::PreviewMode::kFull, std::uint32_t targetType = 0) {
+  GroupPtr Get(Sumara::PreviewMode mode = Sumara::PreviewMode::kFull,
+               std::uint32_t targetType = 0) {
     return m_control.GetGroup(Header(), mode, targetType);
   }
   GroupPtr Load(const Names& names, std::uint32_t targetType = 0) {
@@ -66,7 +72,8 @@ class RunFixture : public ::testing::Test {
     return series != nullptr ? series->GetData() : std::vector<T>{T(-1)};
   }
   template <class T = float>
-  static std::vector<T> DataOf(const GroupPtr& group, const std::string& name, std::size_t secondary) {
+  static std::vector<T> DataOf(const GroupPtr& group, const std::string& name,
+                               std::size_t secondary) {
     const auto series = std::dynamic_pointer_cast<Sumara::CSeries2D<T>>(group->GetSeries(name));
     return series != nullptr ? series->GetVector(secondary) : std::vector<T>{T(-1)};
   }
@@ -83,8 +90,10 @@ class RunFixture : public ::testing::Test {
     return "Sumara Tables error: " + words + ".\nFurther information: File path: " + Header();
   }
   /// A failure of the model with the context of the group.
-  std::string GroupFailure(const std::string& words, const std::string& name = "Tower loads") const {
-    return "Sumara Tables error: " + words + ".\nFurther information: File path: " + m_directory.Path(name);
+  std::string GroupFailure(const std::string& words,
+                           const std::string& name = "Tower loads") const {
+    return "Sumara Tables error: " + words +
+           ".\nFurther information: File path: " + m_directory.Path(name);
   }
 
   TempDirectory m_directory;

@@ -93,7 +93,8 @@ TYPED_TEST(CSeries1DTest, FiguresOfNoData) {
   const auto group = NewGroup1D<TypeParam>();
   const auto series = Add(*group, "Mx", {});
   const std::string failure =
-      "Sumara Tables error: Cannot get statistics for a series that does not contain data.\nFurther information: "
+      "Sumara Tables error: Cannot get statistics for a series that does not contain "
+      "data.\nFurther information: "
       "Series name: 'Mx'; File path: ./Loads";
   EXPECT_EQ(MessageOf([&] { series->GetMaximumIndex(0); }), failure);
   EXPECT_EQ(MessageOf([&] { series->GetMinimumIndex(0); }), failure);
@@ -106,7 +107,8 @@ TYPED_TEST(CSeries1DTest, FiguresOfNoData) {
 TYPED_TEST(CSeries1DTest, DataNeedsAGroup) {
   CSeries1D<TypeParam> series("Mx", "FL");
   const std::string failure =
-      "Sumara Tables error: A series must belong to a group before data is added.\nFurther information: Series name: "
+      "Sumara Tables error: A series must belong to a group before data is added.\nFurther "
+      "information: Series name: "
       "'Mx'";
   EXPECT_EQ(MessageOf([&] { series.AddSeriesPoints(this->Points({1}), true); }), failure);
   EXPECT_EQ(MessageOf([&] { series.ClearData(true); }), failure);
@@ -119,7 +121,8 @@ TYPED_TEST(CSeries1DTest, DataOfAReadOnlyGroupStays) {
   const auto series = Add(*group, "Mx", this->Points({1}));
   group->SetDeserialised();
   const std::string failure =
-      "Sumara Tables error: A series that is serialised may not be modified.\nFurther information: Series name: 'Mx'; "
+      "Sumara Tables error: A series that is serialised may not be modified.\nFurther information: "
+      "Series name: 'Mx'; "
       "File path: ./Loads";
   EXPECT_EQ(MessageOf([&] { series->AddSeriesPoints(this->Points({1}), true); }), failure);
   EXPECT_EQ(MessageOf([&] { series->ClearData(true); }), failure);
@@ -132,16 +135,20 @@ TYPED_TEST(CSeries1DTest, EmptyInputIsRefused) {
   const auto group = NewGroup1D<TypeParam>();
   const auto series = Add(*group, "Mx", {});
   EXPECT_EQ(MessageOf([&] { series->AddSeriesPoints({}, true); }),
-            "Sumara Tables error: Series input data empty.\nFurther information: Series name: 'Mx'; File path: "
+            "Sumara Tables error: Series input data empty.\nFurther information: Series name: "
+            "'Mx'; File path: "
             "./Loads");
 }
 
 TYPED_TEST(CSeries1DTest, LabelledAxisBoundsThePoints) {
-  const auto group = NewGroup1D<TypeParam>(Strings({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
+  const auto group =
+      NewGroup1D<TypeParam>(Strings({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
   const auto series = Add(*group, "Mx", this->Rising(4));
   EXPECT_EQ(MessageOf([&] { series->AddSeriesPoints(this->Rising(7), true); }),
-            "Sumara Tables error: Series data being appended must contain no more than one data point for each primary "
-            "axis label.\nFurther information: Series name: 'Mx'; File path: ./Loads; number of primary axis labels = "
+            "Sumara Tables error: Series data being appended must contain no more than one data "
+            "point for each primary "
+            "axis label.\nFurther information: Series name: 'Mx'; File path: ./Loads; number of "
+            "primary axis labels = "
             "10; number of incoming data points = 7; number of resulting points = 11");
   EXPECT_EQ(series->GetData(), this->Rising(4));
   EXPECT_EQ(series->GetMaximum(), TypeParam(4));
@@ -206,7 +213,8 @@ TYPED_TEST(CSeries1DTest, DataByIndex) {
   EXPECT_EQ(series->DataAtIndex(1), TypeParam(9));
   EXPECT_EQ(series->DataAtIndex(1, 17), TypeParam(9)) << "the secondary index means nothing";
   EXPECT_EQ(MessageOf([&] { series->DataAtIndex(2); }),
-            "Sumara Tables error: Invalid index requested from primary axis (data point index).\nFurther information: "
+            "Sumara Tables error: Invalid index requested from primary axis (data point "
+            "index).\nFurther information: "
             "index = 2; Series name: 'Mx'; File path: ./Loads");
 }
 
@@ -215,9 +223,11 @@ TYPED_TEST(CSeries1DTest, PointsOnAnAxis) {
   const auto series = Add(*group, "Mx", this->Points({5, 9}));
   EXPECT_EQ(series->GetNumberOfPointsOnAxis(kPrimary, true), 2u);
   EXPECT_EQ(MessageOf([&] { series->GetNumberOfPointsOnAxis(1, true); }),
-            "Sumara Tables error: Specified axis not found.\nFurther information: Secondary axis; File path: ./Loads");
+            "Sumara Tables error: Specified axis not found.\nFurther information: Secondary axis; "
+            "File path: ./Loads");
   EXPECT_EQ(MessageOf([&] { series->GetNumberOfPointsOnAxis(2, true); }),
-            "Sumara Tables error: Specified axis not found.\nFurther information: Unknown axis; File path: ./Loads");
+            "Sumara Tables error: Specified axis not found.\nFurther information: Unknown axis; "
+            "File path: ./Loads");
 }
 
 TYPED_TEST(CSeries1DTest, PreviewGroupTellsThePoints) {
@@ -246,7 +256,8 @@ TYPED_TEST(CSeries1DTest, GroupStaysOnceThereIsData) {
   series->AddSeriesPoints(this->Points({5}), true);
   series->SetGroup(first.get());
   EXPECT_EQ(MessageOf([&] { series->SetGroup(second.get()); }),
-            "Sumara Tables error: A series' group cannot be changed after data has been added.\nFurther information: "
+            "Sumara Tables error: A series' group cannot be changed after data has been "
+            "added.\nFurther information: "
             "Series name: 'Mx'; File path: ./Loads");
   EXPECT_EQ(series->GetGroup(), first.get());
 }
@@ -260,15 +271,20 @@ TYPED_TEST(CSeries1DTest, IdentityIsEquality) {
 
 TEST(SeriesNamesTest, InvalidNamesAreRefused) {
   const std::string name =
-      "Sumara Tables error: Series name must not be empty, must contain at least one non-whitespace character, and "
-      "must not contain carriage return or line feed characters.\nFurther information: Series name: '";
+      "Sumara Tables error: Series name must not be empty, must contain at least one "
+      "non-whitespace character, and "
+      "must not contain carriage return or line feed characters.\nFurther information: Series "
+      "name: '";
   const std::string quantity =
-      "Sumara Tables error: Series quantity code must not be empty, must contain at least one non-whitespace "
-      "character, and must not contain carriage return or line feed characters.\nFurther information: Series name: "
+      "Sumara Tables error: Series quantity code must not be empty, must contain at least one "
+      "non-whitespace "
+      "character, and must not contain carriage return or line feed characters.\nFurther "
+      "information: Series name: "
       "'Mx'";
   for (const std::string bad : {"", " \t", "a\nb", "a\r"}) {
     EXPECT_EQ(MessageOf([&] { CSeries1D<float>(bad, "FL"); }), name + bad + "'");
-    EXPECT_EQ(MessageOf([&] { Sumara::CSeries2D<float>(bad, ""); }), name + bad + "'") << "the name comes first";
+    EXPECT_EQ(MessageOf([&] { Sumara::CSeries2D<float>(bad, ""); }), name + bad + "'")
+        << "the name comes first";
     EXPECT_EQ(MessageOf([&] { CSeries1D<float>("Mx", bad); }), quantity);
     EXPECT_EQ(MessageOf([&] { Sumara::CSeries2D<float>("Mx", bad); }), quantity);
     CSeries1D<float> series("Mx", "FL");

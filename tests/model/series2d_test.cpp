@@ -33,7 +33,8 @@ class CSeries2DTest : public ::testing::Test {
     return points;
   }
 
-  void UseAxes(const std::shared_ptr<Sumara::CAxisBase>& primary, const std::shared_ptr<Sumara::CAxisBase>& secondary) {
+  void UseAxes(const std::shared_ptr<Sumara::CAxisBase>& primary,
+               const std::shared_ptr<Sumara::CAxisBase>& secondary) {
     m_group = NewGroup2D<T>(primary, secondary);
     m_series = Add<T>(*m_group, "Mx");
   }
@@ -82,12 +83,14 @@ TYPED_TEST(CSeries2DTest, EachVectorHasFiguresOfItsOwn) {
 
 TYPED_TEST(CSeries2DTest, FiguresOfNoDataAndOfNoVector) {
   const std::string failure =
-      "Sumara Tables error: Cannot get statistics for a series that does not contain data.\n" + kContext;
+      "Sumara Tables error: Cannot get statistics for a series that does not contain data.\n" +
+      kContext;
   EXPECT_EQ(MessageOf([&] { this->m_series->GetMean(0); }), failure);
   EXPECT_EQ(MessageOf([&] { this->m_series->GetMaximumIndex(7); }), failure);
   this->Append({this->Points({1}), this->Points({2})});
   EXPECT_EQ(MessageOf([&] { this->m_series->GetMaximumIndex(2); }),
-            "Sumara Tables error: Invalid index requested from secondary axis (index of data point vector).\nFurther "
+            "Sumara Tables error: Invalid index requested from secondary axis (index of data point "
+            "vector).\nFurther "
             "information: secondary axis value index = 2; Series name: 'Mx'; File path: ./Loads");
   EXPECT_FALSE(this->m_series->HasMaximumChanged(2));
   EXPECT_FALSE(this->m_series->HasMinimumChanged(2));
@@ -113,7 +116,8 @@ TYPED_TEST(CSeries2DTest, AppendsFollowEachOther) {
 
 TYPED_TEST(CSeries2DTest, WrongNumberOfVectorsIsRefused) {
   const std::string failure =
-      "Sumara Tables error: Series input data must contain exactly one vector of data points for each secondary axis "
+      "Sumara Tables error: Series input data must contain exactly one vector of data points for "
+      "each secondary axis "
       "label.\n" +
       kContext;
   EXPECT_EQ(this->FailureOf({this->Points({1})}), failure);
@@ -130,17 +134,20 @@ TYPED_TEST(CSeries2DTest, SecondaryIntervalAxisTakesAnyNumberAtFirst) {
   this->Append({this->Points({1}), this->Points({2}), this->Points({3})});
   EXPECT_EQ(this->m_series->GetNumberOfPointsOnAxis(kSecondary, true), 3u);
   EXPECT_EQ(this->FailureOf({this->Points({1})}),
-            "Sumara Tables error: Series input data must contain exactly one vector of data points for each secondary "
+            "Sumara Tables error: Series input data must contain exactly one vector of data points "
+            "for each secondary "
             "axis label.\n" +
                 kContext);
 }
 
 TYPED_TEST(CSeries2DTest, VectorShorterThanTheFirstIsRefused) {
   EXPECT_EQ(this->FailureOf({this->Points({1, 2, 3}), this->Points({1, 2})}),
-            "Sumara Tables error: Each series in group must contain the same number of data points when series use a "
+            "Sumara Tables error: Each series in group must contain the same number of data points "
+            "when series use a "
             "primary labelled axis, or when data is being written incrementally.\n" +
                 kContext +
-                "; number of points expected for consistency across series = 3; number of points provided for "
+                "; number of points expected for consistency across series = 3; number of points "
+                "provided for "
                 "secondary axis index 1 = 2");
   EXPECT_FALSE(this->m_series->HasData());
 }
@@ -152,10 +159,12 @@ TYPED_TEST(CSeries2DTest, LengthOfTheFirstVectorCounts) {
 
 TYPED_TEST(CSeries2DTest, UnequalVectorsAreRefusedOnALabelledAxisAndWhileWriting) {
   const std::string failure =
-      "Sumara Tables error: Each series in group must contain the same number of data points when series use a primary "
+      "Sumara Tables error: Each series in group must contain the same number of data points when "
+      "series use a primary "
       "labelled axis, or when data is being written incrementally.\n" +
       kContext +
-      "; number of points expected for consistency across series = 1; number of points provided for secondary axis "
+      "; number of points expected for consistency across series = 1; number of points provided "
+      "for secondary axis "
       "index 1 = 2";
   this->m_group->SetIncrementalMode(1);
   EXPECT_EQ(this->FailureOf({this->Points({1}), this->Points({1, 2})}), failure);
@@ -167,13 +176,16 @@ TYPED_TEST(CSeries2DTest, LabelledAxisBoundsThePoints) {
   this->UseAxes(Strings({"a", "b", "c"}), Values({1.5, 2.5}));
   this->Append({this->Points({1, 2}), this->Points({3, 4})});
   const std::string failure =
-      "Sumara Tables error: Series data being appended must contain no more than one data point for each primary axis "
+      "Sumara Tables error: Series data being appended must contain no more than one data point "
+      "for each primary axis "
       "label.\n" +
       kContext + "; number of primary axis labels = 3; number of incoming data points = ";
   EXPECT_EQ(this->FailureOf({this->Points({1, 2}), this->Points({3, 4})}),
             failure + "2; number of resulting points = 4");
   this->m_series->AddSeriesPoint(this->Points({9, 9}), true);
-  EXPECT_EQ(MessageOf([&] { this->m_series->AddSeriesPoint(this->Points({9, 9}), true); }),
+  EXPECT_EQ(MessageOf([&] {
+              this->m_series->AddSeriesPoint(this->Points({9, 9}), true);
+            }),
             failure + "1; number of resulting points = 4");
   EXPECT_EQ(this->m_series->GetNumberOfPoints(), 3u);
 }
@@ -181,16 +193,21 @@ TYPED_TEST(CSeries2DTest, LabelledAxisBoundsThePoints) {
 TYPED_TEST(CSeries2DTest, ChangesNeedAGroupThatIsNotReadOnly) {
   CSeries2D<TypeParam> alone("Mx", "FL");
   const std::string noGroup =
-      "Sumara Tables error: A series must belong to a group before data is added.\nFurther information: Series name: "
+      "Sumara Tables error: A series must belong to a group before data is added.\nFurther "
+      "information: Series name: "
       "'Mx'";
   EXPECT_EQ(MessageOf([&] { alone.AddSeriesPoints({this->Points({1})}, true); }), noGroup);
   EXPECT_EQ(MessageOf([&] { alone.AddSeriesPoint(this->Points({1}), true); }), noGroup);
   EXPECT_EQ(MessageOf([&] { alone.ClearData(true); }), noGroup);
   EXPECT_EQ(MessageOf([&] { alone.ComputeStatistics(); }), noGroup);
   this->m_group->SetDeserialised();
-  const std::string readOnly = "Sumara Tables error: A series that is serialised may not be modified.\n" + kContext;
+  const std::string readOnly =
+      "Sumara Tables error: A series that is serialised may not be modified.\n" + kContext;
   EXPECT_EQ(this->FailureOf({this->Points({1}), this->Points({1})}), readOnly);
-  EXPECT_EQ(MessageOf([&] { this->m_series->AddSeriesPoint(this->Points({1, 1}), true); }), readOnly);
+  EXPECT_EQ(MessageOf([&] {
+              this->m_series->AddSeriesPoint(this->Points({1, 1}), true);
+            }),
+            readOnly);
   EXPECT_EQ(MessageOf([&] { this->m_series->ClearData(false); }), readOnly);
 }
 
@@ -227,7 +244,8 @@ TYPED_TEST(CSeries2DTest, ResetLetsTheNextPointStartAnew) {
   this->Append({this->Points({5, 9}), this->Points({-5, -9})});
   this->m_series->ResetStatistics();
   this->Append({this->Points({2}), this->Points({3})});
-  EXPECT_EQ(this->m_series->GetData(), (typename TestFixture::Vectors{this->Points({2}), this->Points({3})}));
+  EXPECT_EQ(this->m_series->GetData(),
+            (typename TestFixture::Vectors{this->Points({2}), this->Points({3})}));
   EXPECT_EQ(this->m_series->GetMaximum(0), TypeParam(2));
   EXPECT_EQ(this->m_series->GetSum(1), TypeParam(3));
 }
@@ -236,13 +254,16 @@ TYPED_TEST(CSeries2DTest, DataByIndexTestsTheSecondaryIndexFirst) {
   this->Append({this->Points({1, 2}), this->Points({3, 4})});
   EXPECT_EQ(this->m_series->DataAtIndex(1, 1), TypeParam(4));
   EXPECT_EQ(MessageOf([&] { this->m_series->DataAtIndex(9, 2); }),
-            "Sumara Tables error: Invalid index requested from secondary axis (index of data point vector).\nFurther "
+            "Sumara Tables error: Invalid index requested from secondary axis (index of data point "
+            "vector).\nFurther "
             "information: secondary axis value index = 2; Series name: 'Mx'; File path: ./Loads");
   EXPECT_EQ(MessageOf([&] { this->m_series->DataAtIndex(2, 1); }),
-            "Sumara Tables error: Invalid index requested from primary axis (data point index).\nFurther information: "
+            "Sumara Tables error: Invalid index requested from primary axis (data point "
+            "index).\nFurther information: "
             "index = 2; Series name: 'Mx'; File path: ./Loads");
   EXPECT_EQ(MessageOf([&] { this->m_series->GetVector(2); }),
-            "Sumara Tables error: Invalid index requested from secondary axis (index of data point vector).\nFurther "
+            "Sumara Tables error: Invalid index requested from secondary axis (index of data point "
+            "vector).\nFurther "
             "information: secondary axis value index = 2; Series name: 'Mx'; File path: ./Loads");
 }
 
@@ -254,7 +275,8 @@ TYPED_TEST(CSeries2DTest, PointsOnAnAxis) {
   EXPECT_EQ(this->m_series->GetNumberOfPointsOnAxis(kSecondary, /*widest=*/false), 2u);
   EXPECT_EQ(this->m_series->GetNumberOfPoints(), 3u);
   EXPECT_EQ(MessageOf([&] { this->m_series->GetNumberOfPointsOnAxis(2, true); }),
-            "Sumara Tables error: Specified axis not found.\nFurther information: Unknown axis; File path: ./Loads");
+            "Sumara Tables error: Specified axis not found.\nFurther information: Unknown axis; "
+            "File path: ./Loads");
   this->m_group->GetAxis(kPrimary, true)->SetNumberOfPoints(17);
   this->m_group->SetPreviewMode(Sumara::PreviewMode::kWithStatistics);
   EXPECT_EQ(this->m_series->GetNumberOfPoints(), 17u) << "a preview tells the count of the axis";

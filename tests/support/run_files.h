@@ -15,18 +15,20 @@ class HeaderText {
  public:
   /// Two variables, "Mx" and "My", against three points of time; binary, R*4.
   static HeaderText OneAxis() {
-    return HeaderText({"FILE\trun.$01", "ACCESS\tD", "FORM\tF", "RECL\t4", "FORMAT\tR*4", "CONTENT\t'POWPROD'",
-                       "CONFIG\t'TRANSIENT'", "NDIMENS\t2", "DIMENS\t2\t3", "GENLAB\t'Tower loads'",
-                       "VARIAB\t'Mx' 'My'", "VARUNIT\tFL 'F L'", "AXISLAB\t'Time'", "AXIUNIT\tT", "AXIMETH\t2",
-                       "MIN \t1.0000000E+00", "STEP\t5.0000000E-01", "NVARS\t0"});
+    return HeaderText({"FILE\trun.$01", "ACCESS\tD", "FORM\tF", "RECL\t4", "FORMAT\tR*4",
+                       "CONTENT\t'POWPROD'", "CONFIG\t'TRANSIENT'", "NDIMENS\t2", "DIMENS\t2\t3",
+                       "GENLAB\t'Tower loads'", "VARIAB\t'Mx' 'My'", "VARUNIT\tFL 'F L'",
+                       "AXISLAB\t'Time'", "AXIUNIT\tT", "AXIMETH\t2", "MIN \t1.0000000E+00",
+                       "STEP\t5.0000000E-01", "NVARS\t0"});
   }
 
-  /// Two variables against three radii and four points of time; binary, R*4. The blocks of the axes
-  /// are `BlockOf(0)`, the secondary one, and `BlockOf(1)`.
+  /// Two variables against three radii and four points of time; binary, R*4. The block of the
+  /// secondary axis comes first.
   static HeaderText TwoAxes() {
     HeaderText text = OneAxis();
     text.With("NDIMENS", "3").With("DIMENS", "2\t3\t4").With("GENLAB", "'Blade loads'");
-    return text.Before("AXISLAB", {"AXISLAB\t'Radius'", "AXIUNIT\tL", "AXIMETH\t3", "AXIVAL\t1.5 2.5 3.5"});
+    return text.Before("AXISLAB",
+                       {"AXISLAB\t'Radius'", "AXIUNIT\tL", "AXIMETH\t3", "AXIVAL\t1.5 2.5 3.5"});
   }
 
   /// Gives the line of `label` another value; of lines with the same label the one counted from 0.
@@ -45,7 +47,8 @@ class HeaderText {
     return *this;
   }
 
-  HeaderText& After(std::string_view label, std::initializer_list<std::string> lines, std::size_t occurrence = 0) {
+  HeaderText& After(std::string_view label, std::initializer_list<std::string> lines,
+                    std::size_t occurrence = 0) {
     m_lines.insert(Find(label, occurrence) + 1, lines);
     return *this;
   }
@@ -66,7 +69,8 @@ class HeaderText {
 
   std::vector<std::string>::iterator Find(std::string_view label, std::size_t occurrence) {
     for (auto line = m_lines.begin(); line != m_lines.end(); ++line) {
-      const bool hasLabel = line->rfind(label, 0) == 0 && line->find_first_of(" \t") == label.size();
+      const bool hasLabel =
+          line->rfind(label, 0) == 0 && line->find_first_of(" \t") == label.size();
       if (hasLabel && occurrence-- == 0) return line;
     }
     throw std::logic_error("no line " + std::string(label));
@@ -76,7 +80,8 @@ class HeaderText {
 };
 
 /// Numbers in lines, separated by blanks.
-inline std::string LinesOf(const std::vector<std::vector<double>>& rows, std::string_view lineEnd = "\n") {
+inline std::string LinesOf(const std::vector<std::vector<double>>& rows,
+                           std::string_view lineEnd = "\n") {
   std::string text;
   for (const auto& row : rows) {
     for (const double value : row) {
