@@ -9,7 +9,7 @@
 namespace Sumara::Pages {
 
 char* Map(std::size_t& size) noexcept {
-  constexpr std::size_t kUnit = 64 * 1024;  // address space is given out in these
+  constexpr std::size_t kUnit = std::size_t{64} * 1024;  // address space is given out in these
   if (size > std::numeric_limits<std::size_t>::max() / 2) return nullptr;
   size = (size + kUnit - 1) / kUnit * kUnit;
   return static_cast<char*>(::VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_READWRITE));

@@ -13,7 +13,7 @@
 namespace Sumara {
 namespace {
 
-constexpr std::size_t kBlockBytes = 512 * 1024;
+constexpr std::size_t kBlockBytes = std::size_t{512} * 1024;
 constexpr std::uint64_t kPrefetchPoints = 16;
 
 std::string PointText(std::uint64_t point) { return "Point index = " + std::to_string(point); }
@@ -171,8 +171,7 @@ void CGroupDataReader<T, U>::Gather(const DataLayout& layout, const std::vector<
     const std::uint64_t ahead = points > kPrefetchPoints ? points - kPrefetchPoints : 0;
     std::uint64_t offset = column.base;
     for (std::uint64_t p = 0; p < points; ++p, offset += stride) {
-      // Values of one variable lie far apart: the processor does not foresee the next page by
-      // itself.
+      // Values of one variable lie far apart: the processor does not foresee the next page.
       if (p < ahead) Prefetch(this->Words() + (offset + stride * kPrefetchPoints));
       values[p] = ConvertElement<U>(this->Words()[offset]);
     }
@@ -190,6 +189,7 @@ void CGroupDataReader<T, U>::GatherFromBlocks(const DataLayout& layout,
   constexpr std::uint64_t kDone = std::numeric_limits<std::uint64_t>::max();
   const std::uint64_t stride = layout.Stride();
   std::vector<Progress> progress;
+  progress.reserve(columns.size());
   for (const Column& column : columns)
     progress.push_back({column.values->empty() ? kDone : column.base});
   const auto earlier = [](const Progress& a, const Progress& b) { return a.offset < b.offset; };

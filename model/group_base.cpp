@@ -373,6 +373,7 @@ std::vector<std::shared_ptr<ISeries>> CGroupBase<T>::GetSeries(
     const std::vector<std::string>& names) const {
   CheckNotPreview();
   std::vector<std::shared_ptr<ISeries>> series;
+  series.reserve(names.size());
   for (const std::string& name : names) series.push_back(Entry(name).series);
   return series;
 }

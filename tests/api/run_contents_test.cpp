@@ -299,6 +299,21 @@ TEST_F(RunContentsTest, NameInTwoGroupsIsAmbiguous) {
   EXPECT_EQ(run->GetVariable2DFromSpecificOutputGroup<float>("x", "two")->GetName(), "X");
 }
 
+TEST_F(RunContentsTest, NameInTwoGroupsOfOneNameIsAmbiguous) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("one", {{"x", "L"}}, 50));
+  const RunPtr run = Get("run1");
+  const std::string message = Ambiguous("x", {"one", "one"});
+  EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), message);
+  const VariablePtr first = run->GetVariableFromSpecificOutputGroup("x", "one");
+  EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", "one"), first);
+  EXPECT_TRUE(run->UnloadVariableFromSpecificGroup("x", "one"));
+  const VariablePtr again = run->GetVariableFromSpecificOutputGroup("x", "one");
+  EXPECT_NE(again, first);
+  EXPECT_EQ(again->GetParentGroupNumber(), first->GetParentGroupNumber());
+  EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), message);  // no entry was added
+}
+
 TEST_F(RunContentsTest, NameOfOtherGroupsRaises164) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("two", {{"y", "L"}}));

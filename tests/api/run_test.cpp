@@ -459,9 +459,9 @@ TEST_F(RunTest, CalculationTypeIsKeptForGood) {
   const RunPtr run = Get("run1");
   EXPECT_EQ(run->GetCalculationType(), CalculationType::IdlingSimulation);
   sample.Header("01", GroupWithContent("POWPROD")).Touch();
-  EXPECT_TRUE(run->HasChanged());
   EXPECT_EQ(run->GetCalculationType(), CalculationType::IdlingSimulation);
   EXPECT_EQ(run->GetCalculationDescriptiveName(), "Idling simulation");
+  EXPECT_TRUE(run->HasChanged());  // the type did not ask
 }
 
 TEST_F(RunTest, ContentIsTakenWithOneKindOfQuotesOrNone) {
