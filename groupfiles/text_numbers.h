@@ -31,10 +31,32 @@ inline std::size_t CountDigits(std::string_view text) {
   return at;
 }
 
+/// The size of a number in scientific notation of everyday magnitude, "-1.2345678E+05", that
+/// `text` begins with; 0 if it begins with anything else.
+///
+/// This is how simulators write. Only the count of the fraction's digits is computed, the other
+/// places are guesses to be confirmed, so that the processor need not wait from part to part.
+inline std::size_t ScientificNumberSize(std::string_view text) {
+  constexpr std::size_t kExponentSize = 4;
+  const auto digit = [text](std::size_t at) { return IsDigit(text[at]); };
+  const std::size_t first = !text.empty() && text.front() == '-' ? 1 : 0;
+  if (text.size() < first + 2 + kExponentSize || !digit(first) || text[first + 1] != '.') return 0;
+  const std::size_t end = first + 2 + CountDigits(text.substr(first + 2));
+  const std::size_t size = end + kExponentSize;
+  if (text.size() < size || (text[end] != 'E' && text[end] != 'e')) return 0;
+  if (text[end + 1] != '+' && text[end + 1] != '-') return 0;
+  // Up to 29: within the range of a float.
+  if (text[end + 2] < '0' || text[end + 2] > '2' || !digit(end + 3)) return 0;
+  return size == text.size() || IsSpace(text[size]) ? size : 0;
+}
+
 /// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do
 /// not tell.
 template <class U>
 std::size_t PlainNumberSize(std::string_view text) {
+  if constexpr (std::is_floating_point_v<U>) {
+    if (const std::size_t size = ScientificNumberSize(text)) return size;
+  }
   std::size_t at = 0;
   const auto is = [&](char a, char b) {
     return at < text.size() && (text[at] == a || text[at] == b);

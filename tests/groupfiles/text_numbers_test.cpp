@@ -48,6 +48,21 @@ class SkipNumberTest : public ::testing::Test {
 };
 TYPED_TEST_SUITE(SkipNumberTest, testing_support::ElementTypes);
 
+/// Each way to write the places of a scientific number, right and slightly wrong.
+TYPED_TEST(SkipNumberTest, ScientificSpellings) {
+  for (const char* front : {"1.", "-1.", "+1.", "12.", ".", "-", "x."}) {
+    for (const char* fraction : {"", "5", "2345678", "12345678", "234567890123456", "2 3"}) {
+      for (const char* exponent :
+           {"", "e", "E+", "e+5", "E05", "e-05", "e+29", "E-29", "e+30", "e+37", "e+38", "e+39",
+            "e-99", "e+290", "e+308", "e*05", "ex05", "d+05", "e+0x"}) {
+        for (const char* rest : {"", " ", "\t7", "\r", "x", ".", "+1"}) {
+          this->ExpectSame(std::string(front) + fraction + exponent + rest);
+        }
+      }
+    }
+  }
+}
+
 TYPED_TEST(SkipNumberTest, Spellings) {
   for (const char* text : {"",
                            " ",
