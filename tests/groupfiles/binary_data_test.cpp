@@ -274,6 +274,42 @@ TEST(BinaryConversionTest, LongWordsAreFourBytesWide) {
   EXPECT_EQ(reader.TotalWordCount(), 8u);
 }
 
+/// Cuts the data file off when its reader is about to read.
+class ShorteningTarget final : public testing_support::CollectingTarget<double> {
+ public:
+  ShorteningTarget(std::string path, std::uintmax_t size) : m_path(std::move(path)), m_size(size) {}
+
+  std::vector<double>& Values(std::size_t variable, std::size_t secondaryIndex) override {
+    std::filesystem::resize_file(m_path, m_size);
+    return CollectingTarget::Values(variable, secondaryIndex);
+  }
+
+ private:
+  std::string m_path;
+  std::uintmax_t m_size;
+};
+
+TEST(GroupDataReaderTest, FileThatIsCutOffWhileItIsReadInBlocksRaises25) {
+  constexpr std::uint64_t kPoints = 100000;
+  testing_support::TempDirectory directory;
+  const std::string path = directory.WriteWords<float>("data", std::vector<float>(2 * kPoints));
+  const auto file =
+      Sumara::MakeGroupDataReader<double>(Sumara::kFloatCode, path, true, {2, kPoints});
+  ShorteningTarget target(path, 600000);
+  EXPECT_EQ(MessageOf([&] {
+              dynamic_cast<Sumara::IGroupDataReader<double>&>(*file).Read(
+                  Sumara::DataLayout::Of({2, kPoints}, 0), {{0, 1}, {0}, kPoints, false}, target);
+            }),
+            "Sumara Tables error: Error reading series data.\nFurther information: Point index = "
+            "75000; series 0\nInner exception: IO error 5008: Data requested past end of "
+            "file.\nFurther information: word offset = 150000; m_totalWordCount = 200000; path: " +
+                path);
+  EXPECT_TRUE(target.filled.empty());
+  EXPECT_TRUE(target.Of(0).empty());
+  EXPECT_TRUE(target.Of(1).empty());
+  EXPECT_FALSE(file->IsOpen());
+}
+
 TEST(GroupDataReaderTest, UnknownStoredTypeRaises65) {
   for (const std::uint32_t code : {0u, 6u}) {
     EXPECT_EQ(MessageOf([&] {

@@ -20,7 +20,7 @@ namespace testing_support {
 
 /// Keeps what a reader delivers.
 template <class U>
-class CollectingTarget final : public Sumara::IDataTarget<U> {
+class CollectingTarget : public Sumara::IDataTarget<U> {
  public:
   using Place = std::pair<std::size_t, std::size_t>;
 
