@@ -1,5 +1,7 @@
 #include "api/output_group1d.h"
 
+#include <utility>
+
 #include "api/output_parts.h"
 #include "model/group1d.h"
 
@@ -33,9 +35,21 @@ void OutputGroup1D<T>::AddVariableWithData(std::string const& variableName,
 }
 
 template <class T>
+void OutputGroup1D<T>::AddVariableWithData(std::string const& variableName,
+                                           std::string const& siUnit, std::vector<T>&& data) {
+  AddVariable(variableName, siUnit)->TakeSeriesPoints(std::move(data), /*check=*/true);
+}
+
+template <class T>
 void OutputGroup1D<T>::AppendData(std::string const& variableName, std::vector<T> const& data) {
   FindOutputSeries<Sumara::CSeries1D<T>>(*m_typedGroup, variableName)
       .AddSeriesPoints(data, /*check=*/true);
+}
+
+template <class T>
+void OutputGroup1D<T>::AppendData(std::string const& variableName, std::vector<T>&& data) {
+  FindOutputSeries<Sumara::CSeries1D<T>>(*m_typedGroup, variableName)
+      .TakeSeriesPoints(std::move(data), /*check=*/true);
 }
 
 template class OutputGroup1D<float>;

@@ -36,10 +36,14 @@ class OutputGroup1D : public OutputGroup {
                                                     std::string const& siUnit);
   void AddVariableWithData(std::string const& variableName, std::string const& siUnit,
                            std::vector<T> const& data);
+  void AddVariableWithData(std::string const& variableName, std::string const& siUnit,
+                           std::vector<T>&& data);
 
   /// Appends values along the independent variable.
   /// \throws Sumara::CException 159 if there is no such variable, 13, 14.
   void AppendData(std::string const& variableName, std::vector<T> const& data);
+  /// The same; a variable without data takes the vector over.
+  void AppendData(std::string const& variableName, std::vector<T>&& data);
 
  private:
   std::shared_ptr<Sumara::CGroup1D<T>> m_typedGroup;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <type_traits>
 #include <vector>
 
 #include "binding/python_object.h"
+#include "core/pages.h"
 
 namespace Binding {
 
@@ -51,6 +53,14 @@ class Buffer {
   /// Copies all elements in one go.
   template <class T>
   bool CopyTo(std::vector<T>& elements) {
+    if (PyBuffer_IsContiguous(&m_view, 'C') &&
+        reinterpret_cast<std::uintptr_t>(m_view.buf) % alignof(T) == 0) {
+      const T* const first = static_cast<const T*>(m_view.buf);
+      const std::size_t count = static_cast<std::size_t>(m_view.len) / sizeof(T);
+      Sumara::Pages::Reserve(elements, count);
+      elements.assign(first, first + count);
+      return true;
+    }
     elements.resize(static_cast<std::size_t>(m_view.len) / sizeof(T));
     return PyBuffer_ToContiguous(elements.data(), &m_view, m_view.len, 'C') == 0;
   }

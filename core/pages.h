@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
-// Memory in whole pages of the system, for `ByteBuffer`.
+// Memory in pages of the system, for `ByteBuffer` and for large vectors.
 
 namespace Sumara::Pages {
 
@@ -15,5 +16,15 @@ bool Prepare(char* pages, std::size_t used) noexcept;
 
 /// Hands the memory back to the system; the address space stays.
 void Release(char* pages, std::size_t size) noexcept;
+
+/// Asks for large pages for memory that is not in use yet, if it is enough to be worth it.
+void PreferLarge(void* memory, std::size_t size) noexcept;
+
+/// Reserves room for `count` elements: making small pages costs more than the copy into them.
+template <class T>
+void Reserve(std::vector<T>& elements, std::size_t count) {
+  elements.reserve(count);
+  PreferLarge(elements.data(), elements.capacity() * sizeof(T));
+}
 
 }  // namespace Sumara::Pages

@@ -35,9 +35,7 @@ char* MapAligned(std::size_t size) {
   const std::size_t before = RoundUp(address, kLargePage) - address;
   if (before > 0) ::munmap(pages, before);
   if (before < kLargePage) ::munmap(pages + before + size, kLargePage - before);
-#ifdef MADV_HUGEPAGE
-  ::madvise(pages + before, size, MADV_HUGEPAGE);
-#endif
+  PreferLarge(pages + before, size);
   return pages + before;
 }
 
@@ -91,5 +89,14 @@ void Unmap(char* pages, std::size_t size) noexcept {
 bool Prepare(char*, std::size_t) noexcept { return true; }
 
 void Release(char* pages, std::size_t size) noexcept { ::madvise(pages, size, MADV_DONTNEED); }
+
+void PreferLarge(void* memory, std::size_t size) noexcept {
+#ifdef MADV_HUGEPAGE
+  if (size < kLargeBlock) return;
+  const auto address = reinterpret_cast<std::uintptr_t>(memory);
+  const std::size_t before = RoundUp(address, PageSize()) - address;
+  ::madvise(static_cast<char*>(memory) + before, size - before, MADV_HUGEPAGE);
+#endif
+}
 
 }  // namespace Sumara::Pages

@@ -23,4 +23,6 @@ bool Prepare(char* pages, std::size_t used) noexcept {
 
 void Release(char* pages, std::size_t size) noexcept { ::VirtualFree(pages, size, MEM_DECOMMIT); }
 
+void PreferLarge(void*, std::size_t) noexcept {}
+
 }  // namespace Sumara::Pages

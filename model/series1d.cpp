@@ -105,11 +105,26 @@ void CSeries1D<T>::AddSeriesPoints(std::span<const T> points, bool check) {
   if (points.empty()) return;
   const std::uint64_t first = m_data.size();
   m_data.insert(m_data.end(), points.begin(), points.end());
-  const std::size_t seeds = this->m_noPointsYet ? 1 : 0;
-  if (this->m_noPointsYet) m_statistics.Seed(points.front());
+  AdvanceStatistics(first);
+}
+
+template <class T>
+void CSeries1D<T>::TakeSeriesPoints(std::vector<T>&& points, bool check) {
+  if (!m_data.empty()) return AddSeriesPoints(std::span<const T>(points), check);
+  if (check) CheckIncoming(points.size(), AddMode::kAppend, /*expected=*/0);
+  if (points.empty()) return;
+  m_data = std::move(points);
+  AdvanceStatistics(/*first=*/0);
+}
+
+/// Takes the points from `first` into the running figures.
+template <class T>
+void CSeries1D<T>::AdvanceStatistics(std::uint64_t first) {
+  if (this->m_noPointsYet) m_statistics.Seed(m_data[static_cast<std::size_t>(first++)]);
   this->m_noPointsYet = false;
   const IndexRule rule{this->IsIncremental(), this->FlushedPoints()};
-  AdvanceOver(m_statistics, points.subspan(seeds), first + seeds, rule);
+  AdvanceOver(m_statistics, std::span<const T>(m_data).subspan(static_cast<std::size_t>(first)),
+              first, rule);
 }
 
 #define TABULON_INSTANTIATE(T) template class CSeries1D<T>;

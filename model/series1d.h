@@ -37,6 +37,8 @@ class CSeries1D final : public CSeriesBase<T> {
   /// for
   ///         one of them, 6, 7; nothing is changed then. Without `check` nothing is tested.
   void AddSeriesPoints(std::span<const T> points, bool check);
+  /// The same, where a series without points keeps the vector itself.
+  void TakeSeriesPoints(std::vector<T>&& points, bool check);
 
   const std::vector<T>& GetData() const { return m_data; }
   std::vector<T>& Data() { return m_data; }
@@ -48,6 +50,7 @@ class CSeries1D final : public CSeriesBase<T> {
  private:
   using AddMode = typename CSeriesBase<T>::AddMode;
   void CheckIncoming(std::uint64_t incoming, AddMode mode, std::uint64_t expected) const;
+  void AdvanceStatistics(std::uint64_t first);
 
   std::vector<T> m_data;
   LoadState m_loadState = LoadState::kNotFromFile;

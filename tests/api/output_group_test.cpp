@@ -325,6 +325,24 @@ TEST_F(OutputGroupTest, ATakenNameIsRefused) {
                 Context());
 }
 
+TEST_F(OutputGroupTest, VectorOfTheCallersOwnStaysItsOwn) {
+  const auto group = Group1D<float>();
+  group->AddVariable("a", "m");
+  const std::vector<float> kept = {1, 2};
+  group->AddVariableWithData("b", "m", kept);
+  group->AppendData("a", kept);
+  std::vector<float> given = kept;
+  group->AppendData("a", std::move(given));
+  EXPECT_EQ(kept, (std::vector<float>{1, 2}));
+  group->AddVariableWithData("c", "m", std::vector<float>{3, 4, 5, 6});
+  group->AppendData("b", {3, 4});
+  TabulonApi::WriteOutput(*group);
+  const auto run = Get("x");
+  EXPECT_EQ(run->GetVariable1D<float>("a")->GetData(), (std::vector<float>{1, 2, 1, 2}));
+  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), (std::vector<float>{1, 2, 3, 4}));
+  EXPECT_EQ(run->GetVariable1D<float>("c")->GetData(), (std::vector<float>{3, 4, 5, 6}));
+}
+
 TEST_F(OutputGroupTest, UnknownVariableRaises159) {
   const auto group = Group1D<float>();
   EXPECT_EQ(MessageOf([&] { group->AppendData("a", {1}); }),

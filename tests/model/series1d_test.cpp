@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
 
 #include "tests/model/make_groups.h"
 #include "tests/support/element_types.h"
@@ -102,6 +103,33 @@ TYPED_TEST(CSeries1DTest, FiguresOfNoData) {
   EXPECT_EQ(MessageOf([&] { series->GetTotalMinimumIndex(0); }), failure);
   EXPECT_EQ(MessageOf([&] { series->GetMean(0); }), failure);
   EXPECT_EQ(MessageOf([&] { series->GetMaximum(); }), failure);
+}
+
+TYPED_TEST(CSeries1DTest, TakenPointsCountAsAppendedOnes) {
+  const auto group = NewGroup1D<TypeParam>();
+  const auto series = Add(*group, "Mx", {});
+  std::vector<TypeParam> points = this->Points({3, 7, 1});
+  const TypeParam* const memory = points.data();
+  series->TakeSeriesPoints(std::move(points), true);
+  EXPECT_EQ(series->GetData().data(), memory);
+  series->TakeSeriesPoints(this->Points({9, 1}), true);
+  EXPECT_EQ(series->GetData(), this->Points({3, 7, 1, 9, 1}));
+  EXPECT_EQ(series->GetMaximumIndex(0), 3u);
+  EXPECT_EQ(series->GetMinimumIndex(0), 2u);
+  EXPECT_EQ(series->GetSum(), TypeParam(21));
+}
+
+TYPED_TEST(CSeries1DTest, PointsThatAreRefusedAreNotTaken) {
+  const auto group = NewGroup1D<TypeParam>(Strings({"a", "b"}));
+  const auto series = Add(*group, "Mx", {});
+  std::vector<TypeParam> points = this->Rising(3);
+  EXPECT_EQ(MessageOf([&] { series->TakeSeriesPoints(std::move(points), true); }),
+            "Sumara Tables error: Series data being appended must contain no more than one data "
+            "point for each primary axis label.\nFurther information: Series name: 'Mx'; File "
+            "path: ./Loads; number of primary axis labels = 2; number of incoming data points = 3; "
+            "number of resulting points = 3");
+  EXPECT_EQ(points, this->Rising(3));
+  EXPECT_FALSE(series->HasData());
 }
 
 TYPED_TEST(CSeries1DTest, DataNeedsAGroup) {

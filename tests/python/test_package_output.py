@@ -36,12 +36,19 @@ def table(dtype: str) -> np.ndarray[Any, Any]:
     return np.arange(12).reshape(SHAPE).astype(dtype) * 3 - 7
 
 
+def odd_address(values: np.ndarray[Any, Any]) -> np.ndarray[Any, Any]:
+    moved = np.frombuffer(b"x" + values.tobytes(), values.dtype, offset=1)
+    assert not moved.flags.aligned
+    return moved.reshape(values.shape)
+
+
 FORMS_1D = {
     "array": np.asarray,
     "list": np.ndarray.tolist,
     "tuple": lambda values: tuple(values.tolist()),
     "generator": lambda values: (value for value in values.tolist()),
     "strided array": lambda values: np.repeat(values, 2)[::2],
+    "array at an odd address": odd_address,
     "array of another byte order": lambda values: values.astype(values.dtype.newbyteorder(">")),
     "integers": lambda values: values.astype("int64"),
     "small integers": lambda values: values.astype("int8"),
@@ -50,7 +57,19 @@ FORMS_2D = FORMS_1D | {
     "generator": lambda values: (iter(row) for row in values.tolist()),
     "list of arrays": list,
     "strided array": lambda values: np.asfortranarray(values),
+    "array at an odd address": odd_address,
 }
+
+
+def test_array_that_is_written_stays_as_it_is(tmp_path: Path) -> None:
+    group = group_1d(tmp_path)
+    data = tabulon.ArrayOfFloat([1.0, 2.0])
+    group.add_variable_with_data("Parts", "m", data)
+    group.append_data("Parts", data)
+    assert list(data) == [1.0, 2.0]
+    tabulon.write_output(group)
+    read = tabulon.get_run(tmp_path, "out").get_variable_1d("Parts")
+    assert read.get_data().tolist() == [1.0, 2.0, 1.0, 2.0]
 
 
 @pytest.mark.parametrize("text", [False, True], ids=["binary", "text"])
