@@ -2,7 +2,13 @@
 #
 # The native tests of a layer, as one program `test_<NAME>` that ctest knows case by case. The objects
 # of the layers below those named are linked too.
-find_package(GTest REQUIRED)
+find_package(GTest QUIET)
+if(NOT GTest_FOUND)
+  # Debian has the sources too, for those who build for another system.
+  set(INSTALL_GTEST OFF)
+  set(BUILD_GMOCK OFF)
+  add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+endif()
 include(GoogleTest)
 
 # All layers that `layers` stand on, themselves included.

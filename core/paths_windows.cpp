@@ -18,10 +18,19 @@ std::string SystemPath(std::string_view path) {
 namespace Platform {
 namespace {
 
+/// Without separators at its end, which the C library does not take; a root keeps its own.
+std::string_view WithoutTrailingSeparators(std::string_view path) {
+  while (path.size() > 1 && (path.back() == '\\' || path.back() == '/') &&
+         path[path.size() - 2] != ':') {
+    path.remove_suffix(1);
+  }
+  return path;
+}
+
 /// \return 0, or the number of the C library's error.
 int StatusOf(const std::string& path, struct _stat64& status) {
   if (path.find('\0') != std::string::npos) return EINVAL;
-  const std::filesystem::path systemPath(SystemPath(path));
+  const std::filesystem::path systemPath(SystemPath(WithoutTrailingSeparators(path)));
   return ::_wstat64(systemPath.c_str(), &status) == 0 ? 0 : errno;
 }
 

@@ -31,12 +31,6 @@ TEST(ByteBufferTest, HoldsWhatIsWritten) {
   }
 }
 
-TEST(ByteBufferTest, LargeBlockIsAlignedToLargePages) {
-  ByteBuffer buffer;
-  buffer.Resize(kLarge);
-  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Data()) % (std::size_t{2} << 20), 0u);
-}
-
 TEST(ByteBufferTest, ClearKeepsTheCapacity) {
   ByteBuffer buffer;
   buffer.Resize(kLarge);

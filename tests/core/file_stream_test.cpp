@@ -117,13 +117,6 @@ TEST_F(FileStreamTest, RefusalIsKept) {
   EXPECT_EQ(m_stream.LastError(), 0);
 }
 
-TEST_F(FileStreamTest, DirectoryDoesNotOpen) {
-  m_stream.Open(m_directory.Path(), File::Access::kRead);
-  EXPECT_FALSE(m_stream.IsOpen());
-  EXPECT_EQ(Flags(), "fail ");
-  EXPECT_EQ(m_stream.LastError(), EISDIR);
-}
-
 TEST_F(FileStreamTest, ClosedStreamHasNothing) {
   Open("abc");
   m_stream.Close();

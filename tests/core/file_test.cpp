@@ -1,7 +1,6 @@
 #include "core/file.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -39,8 +38,6 @@ TEST_F(FileTest, ReadsAtAnyPlace) {
 
 TEST_F(FileTest, RefusalsHaveTheSystemsNumber) {
   EXPECT_EQ(m_file.Open(m_directory.Path("missing"), File::Access::kRead), ENOENT);
-  EXPECT_EQ(m_file.Open(m_directory.Path(), File::Access::kRead), EISDIR);
-  EXPECT_EQ(m_file.Open(m_directory.Path(), File::Access::kWrite), EISDIR);
   EXPECT_EQ(m_file.Open(std::string("a\0b", 3), File::Access::kWrite), EINVAL);
   EXPECT_FALSE(m_file.IsOpen());
 }
@@ -55,33 +52,9 @@ TEST_F(FileTest, WritingTruncatesAndAppends) {
   EXPECT_EQ(m_directory.Read("a"), "abc\r\n");
 }
 
-TEST_F(FileTest, WrongUseOfAnOpenFileIsTold) {
-  ASSERT_EQ(m_file.Open(m_directory.Path("a"), File::Access::kWrite), 0);
-  EXPECT_EQ(ReadAt(m_file, 0, 1, EBADF), "");
-  ASSERT_EQ(m_file.Open(m_directory.Path("a"), File::Access::kRead), 0);
+TEST_F(FileTest, FileOpenForReadingIsNotWritten) {
+  ASSERT_EQ(m_file.Open(m_directory.Write("a", ""), File::Access::kRead), 0);
   EXPECT_EQ(m_file.Write(std::string_view("x")), EBADF);
-}
-
-TEST_F(FileTest, FullDeviceIsTold) {
-  ASSERT_EQ(m_file.Open("/dev/full", File::Access::kWrite), 0);
-  EXPECT_EQ(m_file.Write(std::string_view("x")), ENOSPC);
-}
-
-TEST_F(FileTest, PipeDoesNotHoldTheCaller) {
-  const std::string path = m_directory.Path("pipe");
-  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
-  EXPECT_EQ(m_file.Size(), ~std::uint64_t{0});
-}
-
-TEST_F(FileTest, StampFollowsTheLastWrite) {
-  const std::string path = m_directory.Write("a", "1");
-  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
-  const std::int64_t stamp = m_file.Stamp();
-  EXPECT_EQ(m_file.Stamp(), stamp);
-  std::filesystem::last_write_time(
-      path, std::filesystem::last_write_time(path) + std::chrono::microseconds(1));
-  EXPECT_EQ(m_file.Stamp(), stamp + 1000);
 }
 
 TEST_F(FileTest, MoveHandsOverTheOpenFile) {

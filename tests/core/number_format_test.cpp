@@ -68,9 +68,11 @@ TEST(AppendScientificTest, AppendsToWhatIsThere) {
 
 TEST(AppendScientificTest, NoNumbersReadAsStreamsWriteThem) {
   for (const bool upperCase : {false, true}) {
-    for (const double value : {kInfinity, -kInfinity, kNotANumber, -kNotANumber}) {
+    for (const double value : {kInfinity, -kInfinity, kNotANumber}) {
       EXPECT_EQ(Scientific(value, 7, upperCase), Streamed(value, 7, true, upperCase));
     }
+    // The streams of some systems forget this sign.
+    EXPECT_EQ(Scientific(-kNotANumber, 7, upperCase), upperCase ? "-NAN" : "-nan");
   }
 }
 

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+
+#include "core/byte_buffer.h"
+#include "core/file.h"
+#include "core/file_stream.h"
+#include "tests/support/temp_directory.h"
+
+namespace {
+
+using Sumara::File;
+
+class FileOnPosixTest : public ::testing::Test {
+ protected:
+  testing_support::TempDirectory m_directory;
+  File m_file;
+};
+
+TEST_F(FileOnPosixTest, DirectoriesDoNotOpen) {
+  EXPECT_EQ(m_file.Open(m_directory.Path(), File::Access::kRead), EISDIR);
+  EXPECT_EQ(m_file.Open(m_directory.Path(), File::Access::kWrite), EISDIR);
+  Sumara::FileStream stream;
+  stream.Open(m_directory.Path(), File::Access::kRead);
+  EXPECT_FALSE(stream.IsOpen());
+  EXPECT_TRUE(stream.Fail());
+  EXPECT_EQ(stream.LastError(), EISDIR);
+}
+
+TEST_F(FileOnPosixTest, FileOpenForWritingIsNotRead) {
+  ASSERT_EQ(m_file.Open(m_directory.Path("a"), File::Access::kWrite), 0);
+  char byte = '?';
+  int error = 0;
+  EXPECT_EQ(m_file.ReadAt(0, {&byte, 1}, error), 0u);
+  EXPECT_EQ(error, EBADF);
+}
+
+TEST_F(FileOnPosixTest, StampFollowsTheLastWrite) {
+  const std::string path = m_directory.Write("a", "1");
+  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
+  const std::int64_t stamp = m_file.Stamp();
+  EXPECT_EQ(m_file.Stamp(), stamp);
+  std::filesystem::last_write_time(
+      path, std::filesystem::last_write_time(path) + std::chrono::microseconds(1));
+  EXPECT_EQ(m_file.Stamp(), stamp + 1000);
+}
+TEST(ByteBufferOnPosixTest, LargeBlockIsAlignedToLargePages) {
+  Sumara::ByteBuffer buffer;
+  buffer.Resize(std::size_t{8} << 20);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Data()) % (std::size_t{2} << 20), 0u);
+}
+TEST_F(FileOnPosixTest, FullDeviceIsTold) {
+  ASSERT_EQ(m_file.Open("/dev/full", File::Access::kWrite), 0);
+  EXPECT_EQ(m_file.Write(std::string_view("x")), ENOSPC);
+}
+
+TEST_F(FileOnPosixTest, PipeDoesNotHoldTheCaller) {
+  const std::string path = m_directory.Path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
+  EXPECT_EQ(m_file.Size(), ~std::uint64_t{0});
+}
+}  // namespace
