@@ -80,6 +80,10 @@ class vector {
     std::vector< T > **unwanted = nullptr;
     $1 = SWIG_CheckState(Binding::AsVector($input, unwanted));
   }
+  // Any integer is meant for an index, so that one of more than 64 bits is told as such.
+  %typemap(typecheck, precedence=SWIG_TYPECHECK_INTEGER) difference_type i, difference_type j
+    "$1 = PyLong_Check($input);"
+
   %typemap(out, noblock=1) std::vector< T, Alloc > {
     $result = Binding::ToTuple(static_cast<const std::vector< T > &>($1));
   }

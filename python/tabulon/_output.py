@@ -35,9 +35,10 @@ __all__ = [
 ]
 
 if TYPE_CHECKING:
-    from tabulon._proxy import _OutputGroup1D, _OutputGroup2D
+    from tabulon._proxy import _OutputGroup1D, _OutputGroup2D, _OutputGroupOfVariables
 else:
     # The generated classes of a family have no base of their own: it is there for types only.
+    _OutputGroupOfVariables = object
     _OutputGroup1D = _OutputGroup2D = Generic
 
 ElementT = TypeVar("ElementT", bound=float)
@@ -61,7 +62,30 @@ class OutputGroup(IOutputSpecification, _proxy.OutputGroup):
         return VariableDataFormat(super().get_variable_data_format())
 
 
-class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
+class _GroupOfVariables(OutputGroup, _OutputGroupOfVariables):
+    """What output groups over one and over two independent variables have in common."""
+
+    _dtype: ClassVar[type[np.generic]]
+
+    def add_variable(self, variable_name: str, si_unit: str) -> None:
+        """Add a variable without data.
+
+        Parameters
+        ----------
+        variable_name
+            The name; a name differs from all others by more than case.
+        si_unit
+            The unit of the values.
+
+        Raises
+        ------
+        RuntimeError
+            If there is such a variable, or a text is empty.
+        """
+        super().add_variable(variable_name, native(si_unit))
+
+
+class OutputGroup1D(_GroupOfVariables, _OutputGroup1D[ElementT]):
     """An output group over one independent variable.
 
     ``write_output`` writes it, any number of times, and it may grow in between.
@@ -87,8 +111,6 @@ class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
         If a text is empty, or the path has no such extension.
     """
 
-    _dtype: ClassVar[type[np.generic]]
-
     def __init__(
         self,
         group_path: StrPath,
@@ -106,23 +128,6 @@ class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
             independent_variable,
             variable_data_format,
         )
-
-    def add_variable(self, variable_name: str, si_unit: str) -> None:
-        """Add a variable without data.
-
-        Parameters
-        ----------
-        variable_name
-            The name; a name differs from all others by more than case.
-        si_unit
-            The unit of the values.
-
-        Raises
-        ------
-        RuntimeError
-            If there is such a variable, or a text is empty.
-        """
-        super().add_variable(variable_name, native(si_unit))
 
     def add_variable_with_data(
         self, variable_name: str, si_unit: str, data: Iterable[ElementT] | NDArray[Any]
@@ -166,7 +171,7 @@ class OutputGroup1D(OutputGroup, _OutputGroup1D[ElementT]):
         self._append_data_native_array(variable_name, _elements(data, self._dtype, (None,)))
 
 
-class OutputGroup2D(OutputGroup, _OutputGroup2D[ElementT]):
+class OutputGroup2D(_GroupOfVariables, _OutputGroup2D[ElementT]):
     """An output group over two independent variables.
 
     Parameters and errors are those of ``OutputGroup1D``, but for the two independent variables.
@@ -182,8 +187,6 @@ class OutputGroup2D(OutputGroup, _OutputGroup2D[ElementT]):
     variable_data_format
         A ``VariableDataFormat``: the form of the data file.
     """
-
-    _dtype: ClassVar[type[np.generic]]
 
     def __init__(
         self,
@@ -206,23 +209,6 @@ class OutputGroup2D(OutputGroup, _OutputGroup2D[ElementT]):
         )
         labels = secondary_independent_variable.get_number_of_values()
         self._shape = (labels or None, None)
-
-    def add_variable(self, variable_name: str, si_unit: str) -> None:
-        """Add a variable without data.
-
-        Parameters
-        ----------
-        variable_name
-            The name; a name differs from all others by more than case.
-        si_unit
-            The unit of the values.
-
-        Raises
-        ------
-        RuntimeError
-            If there is such a variable, or a text is empty.
-        """
-        super().add_variable(variable_name, native(si_unit))
 
     def add_variable_with_data(
         self,

@@ -117,7 +117,10 @@ class OutputGroup(IOutputSpecification):
     def get_data_file_path(self) -> str: ...
     def set_tefile_creation(self, teFileCreation: int) -> None: ...
 
-class _OutputGroup1D(OutputGroup, Generic[_Element]):
+class _OutputGroupOfVariables(OutputGroup):
+    def add_variable(self, variableName: str, siUnit: str) -> None: ...
+
+class _OutputGroup1D(_OutputGroupOfVariables, Generic[_Element]):
     def __init__(
         self,
         groupPath: str,
@@ -128,13 +131,12 @@ class _OutputGroup1D(OutputGroup, Generic[_Element]):
         variableDataFormat: int = ...,
         /,
     ) -> None: ...
-    def add_variable(self, variableName: str, siUnit: str) -> None: ...
     def _add_variable_with_data_native_array(
         self, variableName: str, siUnit: str, data: Iterable[_Element]
     ) -> None: ...
     def _append_data_native_array(self, variableName: str, data: Iterable[_Element]) -> None: ...
 
-class _OutputGroup2D(OutputGroup, Generic[_Element]):
+class _OutputGroup2D(_OutputGroupOfVariables, Generic[_Element]):
     def __init__(
         self,
         groupPath: str,
@@ -146,7 +148,6 @@ class _OutputGroup2D(OutputGroup, Generic[_Element]):
         variableDataFormat: int = ...,
         /,
     ) -> None: ...
-    def add_variable(self, variableName: str, siUnit: str) -> None: ...
     def _add_variable_with_data_native_array(
         self, variableName: str, siUnit: str, data: Iterable[Iterable[_Element]]
     ) -> None: ...

@@ -411,7 +411,15 @@ TEST_F(OutputGroupTest, TwoAxesCheckTheShapeOfTheData) {
 
 TEST_F(OutputGroupTest, AShorterInnerVectorIsRefusedAndChangesNothing) {
   const auto group = Group2D<float>(Time(), Blade({"tip", "root"}));
-  EXPECT_THROW(group->AddVariableWithData("a", "m", {{1, 2, 3}, {1}}), Sumara::CException);
+  EXPECT_EQ(MessageOf([&] {
+              group->AddVariableWithData("a", "m", {{1, 2, 3}, {1}});
+            }),
+            "Sumara Tables error: Each series in group must contain the same number of data points "
+            "when series use a primary labelled axis, or when data is being written "
+            "incrementally.\nFurther information: " +
+                SeriesContext("a") +
+                "; number of points expected for consistency across series = 3; number of points "
+                "provided for secondary axis index 1 = 1");
   group->AppendData("a", {{1}, {2}});
   TabulonApi::WriteOutput(*group);
   EXPECT_EQ(Read("x.$01"), Bytes<float>({1, 2}));
@@ -419,21 +427,31 @@ TEST_F(OutputGroupTest, AShorterInnerVectorIsRefusedAndChangesNothing) {
 
 TEST_F(OutputGroupTest, BadTextsOfTheGroupPassThrough) {
   IndependentVariable time = Time();
-  const auto codeOf = [&](const char* path, const char* name, const char* source,
-                          const char* config) {
-    try {
-      OutputGroup1D<float>(path, name, source, config, time);
-    } catch (const Sumara::CException& refusal) {
-      return refusal.ErrorCode();
-    }
-    return 0;
+  const auto refusal = [&](const std::string& path, const std::string& name,
+                           const std::string& source, const std::string& config) {
+    return MessageOf([&] { OutputGroup1D<float>(path, name, source, config, time); });
   };
-  EXPECT_EQ(codeOf("x.%01", "", "UserDefined", ""), 56);
-  EXPECT_EQ(codeOf("x.%01", "g", "UserDefined", "a\nb"), 57);
-  EXPECT_EQ(codeOf("x.%01", "g", " ", ""), 58);
-  EXPECT_EQ(codeOf("", "g", "UserDefined", ""), 59);
-  EXPECT_EQ(codeOf("x.txt", "g", "UserDefined", ""), 80);
-  EXPECT_EQ(codeOf("x.%01", "g", "UserDefined", ""), 0);
+  const std::string rule =
+      " must not be empty, must contain at least one non-whitespace character, and must not "
+      "contain carriage return or line feed characters.\nFurther information: File path: ";
+  EXPECT_EQ(refusal(Path("x.%01"), "", "UserDefined", ""),
+            "Sumara Tables error: Group name (GENLAB)" + rule + Path(""));
+  EXPECT_EQ(refusal(Path("x.%01"), "Rotor", "UserDefined", "a\nb"),
+            "Sumara Tables error: Group config (CONFIG) must not contain carriage return or "
+            "line feed characters.\nFurther information: " +
+                Context());
+  EXPECT_EQ(refusal(Path("x.%01"), "Rotor", " ", ""),
+            "Sumara Tables error: Group data source (CONTENT)" + rule + Path("Rotor"));
+  EXPECT_EQ(refusal("", "Rotor", "UserDefined", ""),
+            "Sumara Tables error: Group path not specified. The path may be relative or absolute, "
+            "and should always contain at least the group file name. The file name extension must "
+            "be of the form %n, where n is a positive integer with an upper limit of "
+            "18446744073709551615.\nFurther information: Group name: 'Rotor'");
+  EXPECT_EQ(refusal(Path("x.txt"), "Rotor", "UserDefined", ""),
+            "Sumara Tables error: File extension invalid: The file name extension must be of the "
+            "form %n, where n is a positive integer with an upper limit of 18446744073709551615."
+            "\nFurther information: File path: " +
+                Path("x.txt"));
 }
 
 TEST_F(OutputGroupTest, IndependentVariablesCountInTheGroup) {
@@ -511,14 +529,24 @@ TEST_F(OutputGroupTest, AParentThatIsAFileRaises5028) {
   IndependentVariable time = Time();
   OutputGroup1D<float> group(Path("file/x.%01"), "Rotor", "UserDefined", "", time);
   group.AddVariableWithData("a", "m", {1});
-  try {
-    TabulonApi::WriteOutput(group);
-    FAIL() << "no exception";
-  } catch (const CIOException& failure) {
-    EXPECT_EQ(failure.ErrorCode(), 5028);
-    EXPECT_NE(failure.Text().find("\nFurther information: Directory: " + Path("file/")),
-              std::string::npos);
+  EXPECT_EQ(MessageOf([&] { TabulonApi::WriteOutput(group); }),
+            "IO error 5028: Failed to create directory - check permissions, and ensure path does "
+            "not contain illegal characters\nIf using an absolute path, check the volume or drive "
+            "mapping is valid.\nIf using a UNC path, ensure the server name is correct and the "
+            "server is available.\nFurther information: Directory: " +
+                Path("file/") +
+                "\nInner exception: filesystem error: cannot create directories: File exists [" +
+                Path("file/") + "]");
+}
+
+TEST_F(OutputGroupTest, AnIntervalAxisTakesAnyNumberOfPoints) {
+  const auto group = Group1D<int>();
+  for (const std::size_t count : {1u, 1000u, 7u}) {
+    if (count == 1) group->AddVariable("a", "m");
+    group->AppendData("a", std::vector<int>(count, 5));
   }
+  EXPECT_TRUE(TabulonApi::WriteOutput(*group));
+  EXPECT_EQ(Get("x")->GetVariable1D<int>("a")->GetData(), std::vector<int>(1008, 5));
 }
 
 TEST_F(OutputGroupTest, AFailureHalfWayLeavesWhatWasWritten) {

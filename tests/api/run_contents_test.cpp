@@ -314,6 +314,35 @@ TEST_F(RunContentsTest, NameInTwoGroupsOfOneNameIsAmbiguous) {
   EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), message);  // no entry was added
 }
 
+TEST_F(RunContentsTest, GroupsThatDifferInCaseOnlyHaveAnEntryEach) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("ONE", {{"x", "L"}}, 50));
+  const RunPtr run = Get("run1");
+  const auto groups = MetOrder(run, "one", "ONE");
+  EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), Ambiguous("x", groups));
+  EXPECT_TRUE(run->ContainsVariable1D("x"));
+  EXPECT_TRUE(run->ContainsVariable2D("x"));
+  for (const char* name : {"one", "ONE", "One"}) {
+    EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", name)->GetParentGroupName(), groups[0]);
+  }
+}
+
+TEST_F(RunContentsTest, NameThatWasUnloadedInOneOfTwoGroupsOfOneNameKeepsTheOther) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("one", {{"x", "L"}}, 50));
+  const RunPtr run = Get("run1");
+  EXPECT_EQ(MessageOf([&] { run->GetVariable1D<float>("x"); }), Ambiguous("x", {"one", "one"}));
+  const auto before = run->GetVariable1DFromSpecificOutputGroup<float>("x", "one");
+  const float first = before->GetData().front();
+  EXPECT_TRUE(run->UnloadVariableFromSpecificGroup("x", "one"));
+  EXPECT_EQ(MessageOf([&] { run->UnloadVariable("x"); }),
+            "Sumara Tables error: The variable to remove from the cache was not found.\nFurther "
+            "information: Variable name: 'x'\n" +
+                RunContext() + "\nInner exception: " + Ambiguous("x", {"one", "one"}));
+  const auto after = run->GetVariable1DFromSpecificOutputGroup<float>("x", "one");
+  EXPECT_EQ(after->GetData().front(), first);
+}
+
 TEST_F(RunContentsTest, NameOfOtherGroupsRaises164) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("two", {{"y", "L"}}));

@@ -126,6 +126,18 @@ TEST_F(Variable1DTest, EmptyDataFileRaises147) {
                 Path("run1.$01"));
 }
 
+TEST_F(Variable1DTest, DirectoryInPlaceOfTheDataFileIsNoEmptyFile) {
+  Sample("run1").Header("01", {});
+  m_directory.MakeDirectory("run1.$01");
+  EXPECT_EQ(MessageOf([&] { Load("Speed")->GetData(); }),
+            "Sumara Tables error: Getting data for 1D variable failed." + Context("Speed") +
+                "\nInner exception: IO error 5007: Stream has error flag(s).\nFurther information: "
+                "failbit: last operation on stream invalid - check file or directory exists, path "
+                "does not contain illegal characters, and file is not locked by another process\n"
+                "Further information: Is a directory\nPath: " +
+                Path("run1.$01"));
+}
+
 TEST_F(Variable1DTest, ShortDataFileRaises147AndALaterReadSucceeds) {
   const auto sample = Write({.values = {1, 10, 4, 40, 2, 20}});
   const auto speed = Load("Speed");

@@ -54,6 +54,24 @@ TEST(DataLayoutTest, StrideBeyondAllNumbersIsTheLargest) {
   EXPECT_EQ(DataLayout::Of({kMost / 2, 3, 1}, 0).PointsWithin(8, 0), 1u);
 }
 
+TEST(DataLayoutTest, OffsetBeyondAllNumbersIsTheLargest) {
+  EXPECT_EQ(DataLayout::OffsetOf(3, 4, 5), 17u);
+  EXPECT_EQ(DataLayout::OffsetOf(0, kMost, kMost), kMost);
+  EXPECT_EQ(DataLayout::OffsetOf(kMost, 0, 7), 7u);
+  EXPECT_EQ(DataLayout::OffsetOf(kMost, 1, 0), kMost);
+  EXPECT_EQ(DataLayout::OffsetOf(kMost / 2, 2, 1), kMost);      // the last that there is
+  EXPECT_EQ(DataLayout::OffsetOf(kMost / 2, 2, 2), kMost);      // the sum is one too large
+  EXPECT_EQ(DataLayout::OffsetOf(kMost / 2 + 1, 2, 0), kMost);  // the product is
+  EXPECT_EQ(DataLayout::OffsetOf(kMost, kMost, kMost), kMost);
+  EXPECT_EQ(DataLayout::OffsetOf(kMost / 2, 2, 0), kMost - 1);
+}
+
+TEST(DataLayoutTest, BaseBeyondAllNumbersIsTheLargest) {
+  EXPECT_EQ(DataLayout::Of({kMost / 2, 4, 1}, 0).Base(1, 1), kMost / 2 + 1);
+  EXPECT_EQ(DataLayout::Of({kMost / 2, 4, 1}, 0).Base(1, 3), kMost);
+  EXPECT_EQ(DataLayout::Of({kMost / 2, 4, 1}, 0).PointsWithin(kMost, kMost), 0u);
+}
+
 TEST(DataLayoutTest, ProductOfDimensions) {
   EXPECT_EQ(ProductOf({2, 3, 4}), 24u);
   EXPECT_EQ(ProductOf({2, 0, kMost}), 0u);

@@ -3,11 +3,13 @@
 from __future__ import annotations
 
 import sys
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
+from pathlib import Path
 
 import _TabulonAPI_Python as native
 import pytest
 from hypothesis import settings
+from support.small_runs import maker, write_run
 
 # Runners differ in speed, and keep their examples to themselves.
 settings.register_profile("tests", deadline=None, database=None)
@@ -39,3 +41,17 @@ def fresh_process_state() -> Iterator[None]:
     reset_process_state()
     yield
     reset_process_state()
+
+
+@pytest.fixture(scope="session")
+def kept_folder(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """Give a folder with a run that nobody changes."""
+    folder = tmp_path_factory.mktemp("kept")
+    write_run(folder)
+    return folder
+
+
+@pytest.fixture
+def make(kept_folder: Path) -> Callable[[str], object]:
+    """Make a fresh object of a class."""
+    return maker(kept_folder)

@@ -1,19 +1,17 @@
-"""The arrays and their iterator, against a model that knows nothing of them."""
+"""The arrays and their slices, against a model that knows nothing of them."""
 
 from __future__ import annotations
 
-import array
 import gc
 import itertools
 import sys
-import weakref
-from collections.abc import Callable, Iterable, Iterator
+from collections.abc import Iterator
 from pathlib import Path
-from unittest.mock import Mock
 
 import _TabulonAPI_Python as native
-import numpy as np
 import pytest
+from support.arrays import INTS, Functions
+from support.flat import message
 from surface_table import ARRAYS, overload_text
 
 #: Bounds and steps of the slices that are tried on arrays of 0 to 8 elements.
@@ -37,34 +35,6 @@ DEFAULTS: dict[str, object] = {
     "ArrayOfDouble": 0.0,
     "ArrayOfString": "",
 }
-
-
-class Functions:
-    """The functions of one array class, without its name."""
-
-    def __init__(self, name: str) -> None:
-        self.name = name
-        self.new = getattr(native, f"new_{name}")
-        self.delete = getattr(native, f"delete_{name}")
-        self.iterator = getattr(native, f"{name}_iterator")
-        for operation in (
-            *("len", "bool", "nonzero", "getitem", "setitem", "delitem"),
-            *("getslice", "setslice", "delslice"),
-        ):
-            setattr(self, operation, getattr(native, f"{name}___{operation}__"))
-
-    def elements(self, held: object) -> list[object]:
-        return [self.getitem(held, i) for i in range(self.len(held))]
-
-
-INTS = Functions("ArrayOfInt")
-
-
-def message(call: Callable[[], object], kind: type[BaseException]) -> str:
-    with pytest.raises(kind) as error:
-        call()
-    assert type(error.value) is kind
-    return str(error.value)
 
 
 # A model of the slice rules
@@ -198,6 +168,21 @@ def test_slices_told_as_scripts_write_them() -> None:
     five = INTS.new(range(5))
     INTS.delitem(five, slice(None, None, 2))
     assert INTS.elements(five) == [1, 3]
+    four = INTS.new(range(4))
+    text = "attempt to assign sequence of size 1 to extended slice of size 2"
+    assign = lambda: INTS.setitem(four, slice(None, None, 2), [1])  # noqa: E731
+    assert message(assign, ValueError) == text
+    assert INTS.elements(four) == [0, 1, 2, 3]
+
+
+def test_elements_told_as_scripts_write_them() -> None:
+    ten = INTS.new(range(50, 60))
+    assert INTS.getitem(ten, -10) == 50
+    for index in (-11, 10):
+        assert message(lambda i=index: INTS.getitem(ten, i), IndexError) == "index out of range"
+    assert INTS.elements(INTS.new(3)) == [0, 0, 0]
+    strings = Functions("ArrayOfString")
+    assert strings.elements(strings.new(2)) == ["", ""]
 
 
 def test_zero_step() -> None:
@@ -226,13 +211,40 @@ def test_extreme_slices_stay_within_the_array() -> None:
     )
 
 
-def test_a_huge_index_does_not_fit() -> None:
-    held = INTS.new([1])
+@pytest.mark.parametrize("index", [2**63, -(2**63) - 1, 2**70])
+@pytest.mark.parametrize(
+    ("operation", "arguments"),
+    [
+        ("getitem", ()),
+        ("delitem", ()),
+        ("setitem", (5,)),
+        ("getslice", (1,)),
+        ("delslice", (1,)),
+        ("setslice", (1,)),
+        ("setslice", (1, [5])),
+    ],
+)
+def test_a_huge_index_does_not_fit(
+    operation: str, arguments: tuple[object, ...], index: int
+) -> None:
+    held = INTS.new([1, 2])
     text = (
-        "in method 'ArrayOfInt___getslice__', argument 2 of type "
+        f"in method 'ArrayOfInt___{operation}__', argument 2 of type "
         "'std::vector< int >::difference_type'"
     )
-    assert message(lambda: INTS.getslice(held, 2**70, 1), OverflowError) == text
+    call = lambda: getattr(INTS, operation)(held, index, *arguments)  # noqa: E731
+    assert message(call, OverflowError) == text
+    assert INTS.elements(held) == [1, 2]
+
+
+@pytest.mark.parametrize(("name", "element"), ARRAYS.items())
+def test_a_huge_index_does_not_fit_any_array(name: str, element: str) -> None:
+    functions = Functions(name)
+    text = (
+        f"in method '{name}___getitem__', argument 2 of type "
+        f"'std::vector< {element} >::difference_type'"
+    )
+    assert message(lambda: functions.getitem(functions.new(1), 2**63), OverflowError) == text
 
 
 def test_an_array_may_be_assigned_to_a_slice_of_itself() -> None:
@@ -306,281 +318,6 @@ def test_element_of_the_wrong_type() -> None:
         "'std::vector< int > const &'"
     )
     assert message(lambda: INTS.new(None), ValueError) == text
-
-
-# Any iterable serves
-
-
-class Countdown:
-    """Iterable, and nothing else."""
-
-    def __init__(self, start: int) -> None:
-        self._start = start
-
-    def __iter__(self) -> Iterator[int]:
-        return iter(range(self._start, 0, -1))
-
-
-@pytest.mark.parametrize(
-    ("iterable", "elements"),
-    [
-        ([1, 2], [1, 2]),
-        ((1, 2), [1, 2]),
-        ({5: "a", 6: "b"}, [5, 6]),
-        ({7}, [7]),
-        (frozenset({7}), [7]),
-        (range(3), [0, 1, 2]),
-        (Countdown(3), [3, 2, 1]),
-        (b"\x01\x02", [1, 2]),
-        ([True, False], [1, 0]),
-        (array.array("i", [1, -2]), [1, -2]),
-        (array.array("h", [1, -2]), [1, -2]),
-        (memoryview(array.array("i", [1, 2, 3]))[::2], [1, 3]),
-        (np.array([1, -2], np.int32), [1, -2]),
-        (np.arange(6, dtype=np.int32)[::-2], [5, 3, 1]),
-        (np.array([], np.int32), []),
-        ("", []),
-    ],
-    ids=repr,
-)
-def test_iterables(iterable: Iterable[int], elements: list[int]) -> None:
-    assert INTS.elements(INTS.new(iterable)) == elements
-
-
-@pytest.mark.parametrize(
-    "iterable",
-    [
-        5.0,
-        object(),
-        [1, 2.0],
-        [2**31],
-        [None],
-        "12",
-        np.array([1, 2], np.int64),
-        np.array([1.0], np.float64),
-        np.array([[1, 2]], np.int32),
-        np.array(1, np.int32),
-        np.array([1, 2], ">i4"),
-        Mock(),
-    ],
-    ids=repr,
-)
-def test_what_does_not_serve(iterable: object) -> None:
-    assert message(lambda: INTS.new(iterable), TypeError) == overload_text("new_ArrayOfInt")
-
-
-@pytest.mark.parametrize(("name", "dtype"), [("Float", np.float32), ("Double", np.float64)])
-def test_numpy_arrays_of_the_element_type(name: str, dtype: type) -> None:
-    functions = Functions(f"ArrayOf{name}")
-    values = np.array([0.1, np.inf, np.nan, -0.0], dtype)
-    np.testing.assert_array_equal(
-        np.array(functions.elements(functions.new(values)), dtype), values
-    )
-    rows = np.arange(6, dtype=dtype).reshape(2, 3)
-    table = Functions(f"ArrayOfArrayOf{name}")
-    assert table.elements(table.new(rows)) == [(0.0, 1.0, 2.0), (3.0, 4.0, 5.0)]
-    assert table.elements(table.new(rows.T)) == [(0.0, 3.0), (1.0, 4.0), (2.0, 5.0)]
-
-
-def test_numbers_beyond_the_range_of_a_float() -> None:
-    functions = Functions("ArrayOfFloat")
-    largest = 3.4028234663852886e38
-    assert functions.elements(functions.new([largest, float("inf")])) == [largest, float("inf")]
-    assert message(lambda: functions.new([3.5e38]), TypeError) == overload_text("new_ArrayOfFloat")
-
-
-def test_a_string_is_a_sequence_of_strings() -> None:
-    functions = Functions("ArrayOfString")
-    assert functions.elements(functions.new("aß")) == ["a", "ß"]
-
-
-def test_bytes_that_are_no_text_survive() -> None:
-    functions = Functions("ArrayOfString")
-    name = b"r\xff\xc3".decode("utf-8", "surrogateescape")
-    assert functions.elements(functions.new([name, "a\0b"])) == [name, "a\0b"]
-    assert message(lambda: functions.new(["\ud800"]), TypeError) == overload_text(
-        "new_ArrayOfString"
-    )
-
-
-def test_a_generator_is_not_used_up_by_choosing_an_overload() -> None:
-    held = INTS.new(n * n for n in range(4))
-    assert INTS.elements(held) == [0, 1, 4, 9]
-    INTS.setitem(held, slice(1, 3), (n for n in (7, 8, 9)))
-    assert INTS.elements(held) == [0, 7, 8, 9, 9]
-    INTS.setslice(held, 0, 5, iter([1]))
-    assert INTS.elements(held) == [1]
-    table = Functions("ArrayOfArrayOfInt")
-    rows = table.new(iter([(n for n in range(2)), iter([5]), [6]]))
-    assert table.elements(rows) == [(0, 1), (5,), (6,)]
-    axis = native.new_IndependentVariable("Name", "N", (word for word in ("a", "b")))
-    assert native.IndependentVariable__get_values_as_string_native_array(axis) == ("a", "b")
-
-
-def test_what_was_read_of_a_refused_generator_is_dropped() -> None:
-    class Item:
-        """Fits no array, and can be watched."""
-
-    def give() -> Iterator[object]:
-        item = Item()
-        watched.append(weakref.ref(item))
-        yield item
-
-    watched: list[weakref.ref[Item]] = []
-    for refuse in (
-        lambda generator: INTS.new(generator),
-        lambda generator: Functions("ArrayOfArrayOfInt").new([generator]),
-    ):
-        with pytest.raises(TypeError):
-            refuse(give())
-    gc.collect()
-    assert [reference() for reference in watched] == [None, None]
-
-
-def test_a_generator_that_fails_is_of_the_wrong_type() -> None:
-    def fail() -> Iterator[int]:
-        yield 1
-        raise RuntimeError("no more")
-
-    assert message(lambda: INTS.new(fail()), TypeError) == overload_text("new_ArrayOfInt")
-
-
-def test_deleting_an_array_while_its_new_elements_are_read() -> None:
-    def delete() -> Iterator[int]:
-        native.delete_ArrayOfInt(held)
-        yield 1
-
-    held = INTS.new(3)
-    text = (
-        "invalid null reference in method 'ArrayOfInt___setslice__', argument 1 of type "
-        "'std::vector< int > *'"
-    )
-    assert message(lambda: INTS.setslice(held, 0, 1, delete()), ValueError) == text
-
-
-# Iterators
-
-
-def test_iterator_gives_the_elements_in_order() -> None:
-    iterator = INTS.iterator(INTS.new([4, 5]))
-    assert native.SwigPyIterator_value(iterator) == 4
-    assert native.SwigPyIterator_next(iterator) == 4
-    assert native.SwigPyIterator___next__(iterator) == 5
-    for _ in range(2):
-        with pytest.raises(StopIteration) as error:
-            native.SwigPyIterator_next(iterator)
-        assert error.value.value is None
-    assert native.SwigPyIterator_previous(iterator) == 5
-    assert native.SwigPyIterator_previous(iterator) == 4
-    for _ in range(2):
-        with pytest.raises(StopIteration):
-            native.SwigPyIterator_previous(iterator)
-    assert native.SwigPyIterator_value(iterator) == 4
-
-
-@pytest.mark.parametrize("steps", range(-6, 7))
-@pytest.mark.parametrize("start", range(5))
-def test_moving_an_iterator(start: int, steps: int) -> None:
-    held = INTS.new(range(4))
-    target = start + steps
-
-    def at_start() -> object:
-        return native.SwigPyIterator_incr(INTS.iterator(held), start)
-
-    moves: list[Callable[[object], object]] = [
-        lambda it: native.SwigPyIterator_advance(it, steps),
-        lambda it: native.SwigPyIterator___iadd__(it, steps),
-        lambda it: native.SwigPyIterator___isub__(it, -steps),
-        lambda it: native.SwigPyIterator___add__(it, steps),
-        lambda it: native.SwigPyIterator___sub__(it, -steps),
-        lambda it: (
-            native.SwigPyIterator_incr(it, steps)
-            if steps >= 0
-            else native.SwigPyIterator_decr(it, -steps)
-        ),
-    ]
-    for move in moves:
-        iterator = at_start()
-        if 0 <= target <= 4:
-            moved = move(iterator)
-            assert native.SwigPyIterator_distance(INTS.iterator(held), moved) == target
-        else:
-            with pytest.raises(StopIteration):
-                move(iterator)
-
-
-def test_moves_return_the_iterator_and_sums_a_new_one() -> None:
-    iterator = INTS.iterator(INTS.new(range(4)))
-    assert native.SwigPyIterator_incr(iterator) is iterator
-    assert native.SwigPyIterator_decr(iterator) is iterator
-    assert native.SwigPyIterator_advance(iterator, 1) is iterator
-    assert native.SwigPyIterator___iadd__(iterator, 1) is iterator
-    assert native.SwigPyIterator___isub__(iterator, 1) is iterator
-    further = native.SwigPyIterator___add__(iterator, 2)
-    assert native.SwigPyIterator_value(further) == 3
-    assert native.SwigPyIterator_value(native.SwigPyIterator___sub__(further, 1)) == 2
-    assert native.SwigPyIterator_value(native.SwigPyIterator_copy(further)) == 3
-    assert native.SwigPyIterator_value(iterator) == 1
-
-
-def test_comparing_iterators() -> None:
-    held = INTS.new(range(3))
-    one, other = INTS.iterator(held), native.SwigPyIterator_incr(INTS.iterator(held), 2)
-    assert native.SwigPyIterator_distance(one, other) == 2
-    assert native.SwigPyIterator___sub__(other, one) == 2
-    assert native.SwigPyIterator___sub__(one, other) == -2
-    assert native.SwigPyIterator_equal(one, other) is False
-    assert native.SwigPyIterator___eq__(one, other) is False
-    assert native.SwigPyIterator___ne__(one, other) is True
-    same = native.SwigPyIterator_copy(one)
-    assert native.SwigPyIterator_equal(one, same) is True
-    assert native.SwigPyIterator___eq__(one, same) is True
-    assert native.SwigPyIterator___ne__(one, same) is False
-    assert native.SwigPyIterator_equal(one, INTS.iterator(INTS.new(range(3)))) is False
-
-
-@pytest.mark.parametrize(
-    "compare",
-    [
-        native.SwigPyIterator_distance,
-        native.SwigPyIterator_equal,
-        native.SwigPyIterator___eq__,
-        native.SwigPyIterator___ne__,
-        native.SwigPyIterator___sub__,
-    ],
-)
-def test_iterators_of_different_kinds(compare: Callable[[object, object], object]) -> None:
-    one, other = INTS.iterator(INTS.new(1)), Functions("ArrayOfDouble")
-    text = message(lambda: compare(one, other.iterator(other.new(1))), ValueError)
-    assert text == "bad iterator type"
-
-
-@pytest.mark.parametrize("name", ARRAYS)
-def test_an_iterator_keeps_its_array_alive(name: str) -> None:
-    functions = Functions(name)
-    held = functions.new(2)
-    expected = functions.elements(held)
-    iterator = functions.iterator(held)
-    further = native.SwigPyIterator___add__(iterator, 1)
-    del held, iterator
-    gc.collect()
-    assert native.SwigPyIterator_next(further) == expected[1]
-    with pytest.raises(StopIteration):
-        native.SwigPyIterator_next(further)
-
-
-def test_an_array_may_change_under_its_iterator() -> None:
-    held = INTS.new(range(4))
-    iterator = native.SwigPyIterator_incr(INTS.iterator(held), 3)
-    INTS.setitem(held, slice(0, 0), range(1000))
-    assert native.SwigPyIterator_value(iterator) == 3
-    INTS.delitem(held, slice(1, None))
-    with pytest.raises(StopIteration):
-        native.SwigPyIterator_value(iterator)
-    assert native.SwigPyIterator_value(native.SwigPyIterator_decr(iterator, 3)) == 0
-    native.delete_ArrayOfInt(held)
-    text = message(lambda: native.SwigPyIterator_value(iterator), ValueError)
-    assert text == "the array was deleted"
 
 
 # Arrays of objects

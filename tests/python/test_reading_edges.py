@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from dataclasses import replace
 from pathlib import Path
 
 import _TabulonAPI_Python as native
@@ -197,15 +198,39 @@ def test_a_name_in_two_groups(run: Flat) -> None:
     two = get_variable(run, "rotor speed", "float32", 2, "BLADE LOADS")
     assert Flat("Variable", one.pointer).get_name() == "Rotor speed"
     assert Flat("Variable", two.pointer).get_name() == "ROTOR speed"
-    text = error_of(lambda: run.unload_variable("Rotor speed"))
-    assert text.startswith(
-        tables_error(
-            "The variable to remove from the cache was not found",
-            f"Variable name: 'Rotor speed'\nRun: {place}run",
-            tables_error(message),
-        )
+    assert error_of(lambda: run.unload_variable("Rotor speed")) == tables_error(
+        "The variable to remove from the cache was not found",
+        f"Variable name: 'Rotor speed'\nRun: {place}run",
+        "\n".join(lines),
     )
     assert run.unload_variable_from_specific_group("ROTOR SPEED", "SUMMARY") is True
+
+
+def test_a_name_in_two_groups_of_one_name(tmp_path: Path) -> None:
+    first, second = group_1d(), group_1d(number=2)
+    second = replace(second, variables=[replace(v, values=-v.values) for v in second.variables])
+    RunFiles([first, second]).write(tmp_path)
+    run = get_run(tmp_path)
+    expected = tables_error(
+        "The variable was found in more than one output group. Specify a disambiguating group name",
+        f"\n Variable name: 'Rotor speed'\n Run: {tmp_path}/run\n"
+        " Output groups in run containing this variable:\n 'Summary'\n 'Summary'\n",
+    )
+    assert error_of(lambda: run._get_variable("Rotor speed")) == expected
+    assert error_of(lambda: get_variable(run, "Rotor speed", "float32")) == expected
+    assert run.contains_variable_1d("Rotor speed") is True
+    assert run.contains_variable_2d("Rotor speed") is True
+    # The name of the group is that of the first that the folder delivers.
+    variable = get_variable(run, "Rotor speed", "float32", 1, "Summary")
+    number = Flat("Variable", variable.pointer).get_parent_group_number()
+    data = variable._get_data_native_array()
+    assert (number, data[0]) in ((1, 40.25), (2, -40.25))
+    assert run.unload_variable_from_specific_group("Rotor speed", "Summary") is True
+    again = get_variable(run, "Rotor speed", "float32", 1, "Summary")
+    assert again._get_data_native_array() == data
+    assert error_of(lambda: run._get_variable("Rotor speed")) == expected
+    # Groups are built by name.
+    assert len(run._get_all_groups_native_array()) == 1
 
 
 def test_names_that_are_not_there(run: Flat) -> None:
@@ -262,8 +287,8 @@ def test_names_that_a_group_has_not(run: Flat) -> None:
             f"{name}; Independent variable name requested: '{key}'",
         )
     for key in (1, 2, -1, 2**31 - 1):
-        assert error_of(lambda key=key: group.get_independent_variable(key)).startswith(
-            "Sumara Tables error: Independent variable was not found."
+        assert error_of(lambda key=key: group.get_independent_variable(key)) == tables_error(
+            "Independent variable was not found", name
         )
     assert get_axis(group, 0).get_name() == "Time"
     context = f"Run: {run.get_directory()}run"

@@ -9,7 +9,7 @@ from pathlib import Path
 
 import _TabulonAPI_Python as native
 import pytest
-from support.flat import SUFFIXES, Flat, error_of, get_run, get_variable
+from support.flat import SUFFIXES, Flat, error_of, get_run, get_variable, tables_error
 from support.output import cases, output, radius, small, time, write
 
 #: dtype -> FORMAT, RECL, code of the word, digits of the header, format of the text.
@@ -194,7 +194,10 @@ def test_output_without_termination_file(tmp_path: Path) -> None:
     assert write(group) is True
     assert set(files(tmp_path)) == {"o.%07", "o.$07"}
     assert native.TabulonApi__get_runs_native_array(str(tmp_path)) == ()
-    error_of(lambda: get_run(tmp_path, "o"))
+    assert error_of(lambda: get_run(tmp_path, "o")) == tables_error(
+        "Run was not found - run termination file (.$TE) missing or invalid",
+        f"File path: {tmp_path}/o.$TE",
+    )
     native.OutputGroup_set_tefile_creation(group.pointer, native.TEFileCreation_Create)
     assert write(group) is True
     assert len(native.TabulonApi__get_runs_native_array(str(tmp_path))) == 1
@@ -241,3 +244,7 @@ def test_number_of_values_is_counted_in_the_group(tmp_path: Path) -> None:
     group._add_variable_with_data_native_array("x", "m", [1, 2])
     assert axis.get_number_of_values() == 2
     assert axis._get_values_as_number_native_array() == (1.0, 0.75)
+    # Labels count whether there is data at them or not.
+    group = output(tmp_path / "o.%07", "int32", labels.pointer)
+    group._add_variable_with_data_native_array("x", "m", [1, 2])
+    assert labels.get_number_of_values() == 3

@@ -132,9 +132,15 @@ def test_folder_where_a_file_must_be(name: str, tmp_path: Path) -> None:
 def test_folder_where_the_termination_file_must_be(tmp_path: Path) -> None:
     ending = tmp_path / "o.$TE"
     ending.mkdir()
-    text = error_of(lambda: write(small(tmp_path / "o.%07")))
-    assert text.startswith("IO error 5007: Stream has error flag(s).\n")
-    assert text.endswith(f"Further information: Is a directory\nPath: {ending}")
+    assert error_of(lambda: write(small(tmp_path / "o.%07"))) == io_error(
+        5007,
+        "Stream has error flag(s)",
+        "failbit: last operation on stream invalid - check file or directory exists, path does "
+        "not contain illegal characters, and file is not locked by another process\n"
+        f"Further information: Is a directory\nPath: {ending}",
+    )
+    # What was written before stays.
+    assert {path.name for path in tmp_path.iterdir()} == {"o.%07", "o.$07", "o.$TE"}
 
 
 def test_disk_that_is_full(tmp_path: Path) -> None:

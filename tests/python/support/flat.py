@@ -51,13 +51,20 @@ def get_axis(variable: Flat, *which: int | str) -> Flat:
     return Flat("IndependentVariable", variable.get_independent_variable(*which))
 
 
-def error_of(call: Callable[[], object]) -> str:
-    """Return the whole text of the error that a call raises."""
+def message(call: Callable[[], object], kind: type[BaseException]) -> str:
+    """Return the whole text of the exception of just this type that a call raises."""
     try:
         result = call()
-    except RuntimeError as error:
+    except BaseException as error:
+        if type(error) is not kind:
+            raise
         return str(error)
     raise AssertionError(f"no error, but {result!r}")
+
+
+def error_of(call: Callable[[], object]) -> str:
+    """Return the whole text of the failure of the library that a call raises."""
+    return message(call, RuntimeError)
 
 
 def _composed(text: str, further: str, inner: str) -> str:
@@ -72,6 +79,23 @@ def tables_error(message: str, further: str = "", inner: str = "") -> str:
 
 def io_error(code: int, message: str, further: str = "", inner: str = "") -> str:
     return _composed(f"IO error {code}: {message}", further, inner)
+
+
+def run_python(code: str, *arguments: object) -> subprocess.CompletedProcess[str]:
+    """Run code in an interpreter of its own, where no class was registered yet.
+
+    Nothing but the extension module is imported there.
+    """
+    start = (
+        f"import gc, sys; sys.path.insert(0, {str(Path(native.__file__).parent)!r})\n"
+        "import _TabulonAPI_Python as native\n"
+    )
+    return subprocess.run(
+        [sys.executable, "-c", start + code, *map(str, arguments)],
+        capture_output=True,
+        text=True,
+        check=False,
+    )
 
 
 def run_script(code: str, *arguments: object, **environment: str) -> Any:  # noqa: ANN401
