@@ -31,17 +31,6 @@ bool CGroup1D<T>::IsSymmetric() const {
 }
 
 template <class T>
-const std::vector<const std::vector<T>*>& CGroup1D<T>::SeriesDataPointers() {
-  if (m_seriesDataPointers.size() != this->GetNumberOfSeries()) {
-    m_seriesDataPointers.clear();
-    for (const auto& series : this->GetAllSeries(/*withObjectOnly=*/true)) {
-      m_seriesDataPointers.push_back(&static_cast<const CSeries1D<T>&>(*series).GetData());
-    }
-  }
-  return m_seriesDataPointers;
-}
-
-template <class T>
 std::shared_ptr<ISeries> CGroup1D<T>::MakeSeries(const std::string& name,
                                                  const std::string& quantity) {
   auto series = std::make_shared<CSeries1D<T>>(name, quantity);

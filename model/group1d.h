@@ -19,9 +19,6 @@ class CGroup1D final : public CGroupBase<T> {
   void AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) override;
   bool IsSymmetric() const override;
 
-  /// The data of each series, for the writer; made anew when the number of series has changed.
-  const std::vector<const std::vector<T>*>& SeriesDataPointers();
-
  protected:
   std::uint64_t CountOfSecondary() const override { return 1; }
   std::shared_ptr<ISeries> MakeSeries(const std::string& name,
@@ -29,9 +26,6 @@ class CGroup1D final : public CGroupBase<T> {
   bool IsVectorLoaded(const ISeries& series, std::uint64_t secondary) const override;
   std::vector<T>& VectorToFill(ISeries& series, std::uint64_t secondary) override;
   void MarkFilled(ISeries& series, std::uint64_t secondary) override;
-
- private:
-  std::vector<const std::vector<T>*> m_seriesDataPointers;
 };
 
 }  // namespace Sumara

@@ -37,17 +37,6 @@ bool CGroup2D<T>::IsSymmetric() const {
 }
 
 template <class T>
-const std::vector<const std::vector<std::vector<T>>*>& CGroup2D<T>::SeriesDataPointers() {
-  if (m_seriesDataPointers.size() != this->GetNumberOfSeries()) {
-    m_seriesDataPointers.clear();
-    for (const auto& series : this->GetAllSeries(/*withObjectOnly=*/true)) {
-      m_seriesDataPointers.push_back(&static_cast<const CSeries2D<T>&>(*series).GetData());
-    }
-  }
-  return m_seriesDataPointers;
-}
-
-template <class T>
 std::uint64_t CGroup2D<T>::CountOfSecondary() const {
   const auto axis = this->GetAxis(kSecondary, /*mustExist=*/true);
   const std::uint64_t count = axis->GetNumberOfPoints();

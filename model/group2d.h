@@ -20,9 +20,6 @@ class CGroup2D final : public CGroupBase<T> {
   void AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) override;
   bool IsSymmetric() const override;
 
-  /// The data of each series, for the writer; made anew when the number of series has changed.
-  const std::vector<const std::vector<std::vector<T>>*>& SeriesDataPointers();
-
  protected:
   std::uint64_t CountOfSecondary() const override;
   std::shared_ptr<ISeries> MakeSeries(const std::string& name,
@@ -30,9 +27,6 @@ class CGroup2D final : public CGroupBase<T> {
   bool IsVectorLoaded(const ISeries& series, std::uint64_t secondary) const override;
   std::vector<T>& VectorToFill(ISeries& series, std::uint64_t secondary) override;
   void MarkFilled(ISeries& series, std::uint64_t secondary) override;
-
- private:
-  std::vector<const std::vector<std::vector<T>>*> m_seriesDataPointers;
 };
 
 }  // namespace Sumara

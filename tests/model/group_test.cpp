@@ -374,7 +374,7 @@ TEST(CGroupTest, SeriesAreRemovedAndRenumbered) {
             }),
             kUnknownSeries);
   EXPECT_EQ(group->GetNumberOfSeries(), 3u);
-  group->RemoveSeries(std::vector<std::string>{"c", "a"});
+  group->RemoveSeries(std::vector<std::string>{"c", "a", "c"});
   EXPECT_EQ(group->GetSeriesIndex("d", true), 0u);
   group->RemoveSeriesEntry("d", /*renumber=*/true);
   EXPECT_EQ(group->GetNumberOfSeries(), 0u);
@@ -527,19 +527,6 @@ TEST(CGroupTest, ReaderIsMadeForAStoredTypeAndAPath) {
               group->CreateReader(true, /*skipOpen=*/false, "nowhere/run.$01", {2, 9}, 2);
             }),
             "IO error 5000: The file does not exist.\nFurther information: nowhere/run.$01");
-}
-
-TEST(CGroupTest, DataOfEachSeriesForTheWriter) {
-  const auto group = NewGroup1D<float>();
-  const auto a = Add<float>(*group, "a", {1, 2});
-  EXPECT_EQ(group->SeriesDataPointers(), std::vector<const std::vector<float>*>{&a->GetData()});
-  const auto b = Add<float>(*group, "b", {3});
-  EXPECT_EQ(group->SeriesDataPointers(),
-            (std::vector<const std::vector<float>*>{&a->GetData(), &b->GetData()}));
-  const auto wide = NewGroup2D<float>(Interval(), Values({1}));
-  const auto c = Add<float>(*wide, "c", {{3}});
-  EXPECT_EQ(wide->SeriesDataPointers(),
-            std::vector<const std::vector<std::vector<float>>*>{&c->GetData()});
 }
 
 }  // namespace
