@@ -12,8 +12,10 @@ namespace {
 
 constexpr LabelSearch kForward{.continuation = true};
 constexpr LabelSearch kForwardOneLine{};
-constexpr LabelSearch kNextLine{.oneAttempt = true, .quiet = true};
-constexpr LabelSearch kNextLogicalLine{.continuation = true, .oneAttempt = true, .quiet = true};
+constexpr LabelSearch kNextLine{.oneAttempt = true};
+constexpr LabelSearch kNextLineIfThere{.oneAttempt = true, .quiet = true};
+constexpr LabelSearch kNextLogicalLineIfThere{
+    .continuation = true, .oneAttempt = true, .quiet = true};
 
 /// A whole number without a sign, from the front of `text`; what a stream would leave is left.
 std::optional<std::uint64_t> TakeCount(std::string_view& text) {
@@ -32,7 +34,9 @@ int ParseInteger(std::string_view text) {
   return value;
 }
 
+/// The integers of DIMENS up to the first token that is none. \throws CIOException 5015
 std::vector<std::uint64_t> ParseDimensions(std::string_view text) {
+  if (text.empty()) throw CIOException(5015);
   std::vector<std::uint64_t> dimensions;
   while (const auto count = TakeCount(text)) dimensions.push_back(*count);
   return dimensions;
@@ -126,14 +130,18 @@ HeaderTop CHeaderReader::ReadTop() {
 
   if (dimensionCount != 2 && dimensionCount != 3) throw CException(128, Context());
   top.axisCount = static_cast<std::uint32_t>(dimensionCount - 1);
-  top.dimensions = ParseDimensions(dimensions);
+  try {
+    top.dimensions = ParseDimensions(dimensions);
+  } catch (const CIOException& failure) {
+    throw CException(126, Context(), failure.what());
+  }
   if (top.dimensions.empty()) throw CException(126, Context());
   return top;
 }
 
 std::uint64_t CHeaderReader::ReadHeaderRecordCount() {
   std::string value;
-  if (!SeekLabel("HEADREC", value, kNextLine)) return 0;
+  if (!SeekLabel("HEADREC", value, kNextLineIfThere)) return 0;
   std::string_view text = value;
   return TakeCount(text).value_or(0);
 }
@@ -178,7 +186,7 @@ std::vector<std::string> CHeaderReader::ReadNamedParameters() {
   std::string value;
   std::vector<std::string> lines;
   try {
-    if (!SeekLabel("NVARS", value, kNextLine)) return lines;
+    if (!SeekLabel("NVARS", value, kNextLineIfThere)) return lines;
     std::string_view text = value;
     const auto count = TakeCount(text);
     if (!count) throw CException(103, Context());
@@ -229,8 +237,8 @@ bool CHeaderReader::SeekNextLine(const char* label, Value& value, const LabelSea
 std::vector<double> CHeaderReader::ReadStatisticsRow(const char* label, std::int32_t code,
                                                      std::uint64_t count) {
   std::vector<std::string> tokens;
-  if (!SeekNextLine(label, tokens, kNextLine, code) || tokens.size() != count)
-    throw CException(code, Context());
+  SeekNextLine(label, tokens, kNextLine, code);
+  if (tokens.size() != count) throw CException(code, Context());
   std::vector<double> values;
   try {
     PopulateFromTokens(tokens, values);
@@ -243,7 +251,7 @@ std::vector<double> CHeaderReader::ReadStatisticsRow(const char* label, std::int
 template <class T>
 std::optional<StatisticsBlock<T>> CHeaderReader::ReadStatistics(std::uint64_t variableCount) {
   Rows rows;
-  if (!SeekNextLine("ULOADS", rows, kNextLogicalLine, 119)) {
+  if (!SeekNextLine("ULOADS", rows, kNextLogicalLineIfThere, 119)) {
     CheckNoStatisticsFollow();
     return std::nullopt;
   }

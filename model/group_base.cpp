@@ -423,7 +423,9 @@ template <class T>
 void CGroupBase<T>::RemoveSeries(const std::vector<std::string>& names) {
   CheckChangeable();
   for (const std::string& name : names) Entry(name);  // all are there, or none is removed
-  for (const std::string& name : names) RemoveSeriesEntry(name, /*renumber=*/false);
+  for (const std::string& name : names) {
+    if (FindEntry(name) != nullptr) RemoveSeriesEntry(name, /*renumber=*/false);
+  }
   RenumberSeries();
 }
 

@@ -111,35 +111,31 @@ const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::GetUloads(std::ui
 }
 
 template <class T>
-double GroupStatistics<T>::TimeAt(CAxisBase& axis, std::uint64_t index) const {
-  return axis.GetNumberAtIndex(index);
+double GroupStatistics<T>::FigureOf(ISeries& series, StatisticKind kind,
+                                    std::uint64_t secondary) const {
+  const auto axis = m_group.GetAxis(kPrimary, /*mustExist=*/true);
+  const bool total = m_group.IsWritingIncrementally();
+  switch (kind) {
+    case StatisticKind::kMean:
+      return series.GetMean(secondary);
+    case StatisticKind::kMaxTime:
+      return axis->GetNumberAtIndex(total ? series.GetTotalMaximumIndex(secondary)
+                                          : series.GetMaximumIndex(secondary));
+    case StatisticKind::kMinTime:
+      return axis->GetNumberAtIndex(total ? series.GetTotalMinimumIndex(secondary)
+                                          : series.GetMinimumIndex(secondary));
+  }
+  throw CException(132, GroupContext(&m_group));
 }
 
 template <class T>
 void GroupStatistics<T>::ComputeStatistic(std::vector<double>& out, StatisticKind kind,
                                           std::uint64_t secondary) const {
   CheckAvailable(secondary);
-  const auto axis = m_group.GetAxis(kPrimary, /*mustExist=*/true);
-  const bool total = m_group.IsWritingIncrementally();
   out.assign(m_group.GetNumberOfSeries(), 0.0);
   std::size_t place = 0;  // moves on for a series with data only: gaps close up at the end
   for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
-    if (entry.series == nullptr) continue;
-    ISeries& series = *entry.series;
-    switch (kind) {
-      case StatisticKind::kMean:
-        out[place] = series.GetMean(secondary);
-        break;
-      case StatisticKind::kMaxTime:
-        out[place] = TimeAt(*axis, total ? series.GetTotalMaximumIndex(secondary)
-                                         : series.GetMaximumIndex(secondary));
-        break;
-      case StatisticKind::kMinTime:
-        out[place] = TimeAt(*axis, total ? series.GetTotalMinimumIndex(secondary)
-                                         : series.GetMinimumIndex(secondary));
-        break;
-    }
-    ++place;
+    if (entry.series != nullptr) out[place++] = FigureOf(*entry.series, kind, secondary);
   }
 }
 

@@ -10,8 +10,8 @@ namespace Sumara {
 
 template <class T>
 class CGroupBase;
-class CAxisBase;
 class CHeaderReader;
+class ISeries;
 
 /// The kinds of statistic that have one value for each series.
 enum class StatisticKind : std::int32_t { kMaxTime = 0, kMinTime = 1, kMean = 2 };
@@ -68,7 +68,7 @@ class GroupStatistics {
   bool IsAllInMemory(std::uint64_t secondary) const;
   bool AnswersFromStored(std::uint64_t secondary, bool preferComputed) const;
   StatisticsBlock<T>& Computed(std::uint64_t secondary);
-  double TimeAt(CAxisBase& axis, std::uint64_t index) const;
+  double FigureOf(ISeries& series, StatisticKind kind, std::uint64_t secondary) const;
 
   CGroupBase<T>& m_group;
   std::vector<StatisticsBlock<T>> m_stored;  ///< one for each secondary index

@@ -128,6 +128,25 @@ TEST_F(LabelSearchTest, QuietMissIsFalseWhereTheLastLineHasNoEnd) {
   EXPECT_EQ(NextLine(), "A 1");
 }
 
+TEST_F(LabelSearchTest, QuietSearchBeyondTheNextLineRaises5018BehindTheLastLineEnd) {
+  Open("A 1\nB 2\n");
+  EXPECT_EQ(MessageOf([&] { Value("X", {.quiet = true}); }), Miss(5018, "X"));
+  EXPECT_TRUE(m_file->IsGood());
+  EXPECT_EQ(NextLine(), "A 1");
+}
+
+TEST_F(LabelSearchTest, MissesSayWhatWasSoughtAndWhere) {
+  Open("A 1\nB 2\n");
+  EXPECT_EQ(MessageOf([&] { Value("X"); }),
+            "IO error 5018: Label was not found - end of file encountered.\nFurther information: "
+            "label sought = X; path: " +
+                m_path);
+  EXPECT_EQ(MessageOf([&] { Value("X", kNextLine); }),
+            "IO error 5019: Label was not found on the current line - return after one attempt was "
+            "requested.\nFurther information: label sought = X; path: " +
+                m_path);
+}
+
 TEST_F(LabelSearchTest, RewindSearchesFromTheStart) {
   Open("A 1\nB 2\n");
   Value("B");

@@ -7,7 +7,6 @@
 #include <ctime>
 #include <filesystem>
 
-#include "core/exceptions.h"
 #include "core/paths.h"
 #include "tests/support/message_of.h"
 #include "tests/support/temp_directory.h"
@@ -47,14 +46,6 @@ TEST_F(PathsOnPosixTest, UnansweredQuestionsRaise5026And5027) {
             "IO error 5027: Failed to check whether directory exists.\nFurther information: "
             "Directory: " +
                 loop + "\nInner exception: Too many levels of symbolic links");
-}
-
-TEST_F(PathsOnPosixTest, CreateDirectoriesBelowAFileRaises5028) {
-  const std::string path = m_directory.Write("a", "") + "/b";
-  const std::string text = MessageOf([&] { Sumara::CreateDirectories(path); });
-  EXPECT_EQ(text.substr(0, text.find("\nInner exception: ")),
-            std::string(CIOException(5028, "Directory: " + path).what()));
-  EXPECT_NE(text.find("Not a directory"), std::string::npos) << text;
 }
 
 TEST_F(PathsOnPosixTest, NormaliseGivesTheCanonicalPath) {

@@ -4,6 +4,7 @@
 #include "core/reader.h"
 #include "tests/support/element_types.h"
 #include "tests/support/message_of.h"
+#include "tests/support/stream_state.h"
 #include "tests/support/temp_directory.h"
 
 namespace {
@@ -40,13 +41,7 @@ class TextLinesTest : public ::testing::Test {
         .what();
   }
 
-  std::string PastTheEnd() const {
-    return "IO error 5008: Data requested past end of file.\nFurther information: eofbit: "
-           "unexpected end of file; failbit: last operation on stream invalid - check file or "
-           "directory exists, path does not contain illegal characters, and file is not locked by "
-           "another process\nFurther information: Success\nPath: " +
-           m_path;
-  }
+  std::string PastTheEnd() const { return testing_support::PastEndOfFile(m_path); }
 
   TempDirectory m_directory;
   std::string m_path;

@@ -22,6 +22,11 @@ class HeaderStatisticsTest : public testing_support::HeaderFixture {
   std::string ExpectedUloads() const {
     return Model("Header does not contain the expected number of ultimate loads blocks (ULOADS)");
   }
+  std::string NotOnNextLine(const std::string& label) const {
+    return "IO error 5019: Label was not found on the current line - return after one attempt was "
+           "requested.\nFurther information: label sought = " +
+           label + "; path: " + Path();
+  }
 };
 
 TEST_F(HeaderStatisticsTest, OneBlock) {
@@ -93,8 +98,10 @@ TEST_F(HeaderStatisticsTest, LinesMissingOrOfOtherLengthRaiseTheirCode) {
       {"MEAN", "Header does not contain the expected number of means blocks (MEAN)"},
   };
   for (const auto& [label, words] : fields) {
-    EXPECT_EQ(FailureOf(WithBlock().Without(label)), Model(words));
-    EXPECT_EQ(FailureOf(WithBlock().Before(label, {"OTHER 1"})), Model(words));
+    EXPECT_EQ(FailureOf(WithBlock().Without(label).Append({"OTHER 1"})),
+              Model(words) + "\nInner exception: " + NotOnNextLine(label));
+    EXPECT_EQ(FailureOf(WithBlock().Before(label, {"OTHER 1"})),
+              Model(words) + "\nInner exception: " + NotOnNextLine(label));
     for (const char* value : {"", "1", "1 2 3"}) {
       EXPECT_EQ(FailureOf(WithBlock().With(label, value)), Model(words)) << value;
     }
@@ -108,6 +115,23 @@ TEST_F(HeaderStatisticsTest, TokensThatDoNotParseGiveWhatAStreamStores) {
   const auto block = Read(text).statistics.at(0);
   EXPECT_EQ(block.mean, (std::vector<double>{0, 2}));
   EXPECT_EQ(block.uloads[0], (std::vector<float>{std::numeric_limits<float>::max(), 0}));
+}
+
+TEST_F(HeaderStatisticsTest, BlockThatIsCutOffRaisesTheCodeOfTheNextField) {
+  EXPECT_EQ(FailureOf(WithBlock().Without("MEAN")),
+            Model("Header does not contain the expected number of means blocks (MEAN)", "MEAN"));
+  EXPECT_EQ(FailureOf(WithBlock().Without("MEAN").Without("MINTIME")),
+            Model("Header does not contain the expected number of minimum time blocks (MINTIME)",
+                  "MINTIME"));
+}
+
+TEST_F(HeaderStatisticsTest, BlankLineBehindTheRowsFailsTheNextField) {
+  EXPECT_EQ(FailureOf(WithBlock().Before("MAXTIME", {""})),
+            Model("Header does not contain the expected number of maximum time blocks (MAXTIME)") +
+                "\nInner exception: " + NotOnNextLine("MAXTIME") +
+                "\nInner exception: IO error 5007: Stream has error flag(s)");
+  EXPECT_EQ(Read(WithBlock().Before("MINTIME", {""})).statistics.at(0).minTime,
+            (std::vector<double>{0, 2}));
 }
 
 template <class T>

@@ -210,11 +210,12 @@ TEST_F(HeaderTopTest, NumberOfDimensionsIsCheckedBeforeAnyAxisIsRead) {
 }
 
 TEST_F(HeaderTopTest, DimensionsWithoutAnIntegerRaise126) {
-  for (const char* value : {"", "none", "-2 3", ".5", "18446744073709551616 3"}) {
-    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("DIMENS", value)),
-              Model("Error populating vector from data dimensions (DIMENS)"))
-        << value;
+  const std::string failure = Model("Error populating vector from data dimensions (DIMENS)");
+  for (const char* value : {"none", "-2 3", ".5", "18446744073709551616 3"}) {
+    EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("DIMENS", value)), failure) << value;
   }
+  EXPECT_EQ(FailureOf(HeaderText::OneAxis().With("DIMENS", "")),
+            failure + "\nInner exception: IO error 5015: String to populate from was empty.");
 }
 
 TEST_F(HeaderTopTest, DimensionsStopAtTheFirstThatIsNoInteger) {

@@ -218,6 +218,16 @@ TEST(CLabelledAxisTest, ValueThatIsNotFound) {
   EXPECT_EQ(MessageOf([&] { strings.FindIndices("Blad"); }), failure + "'Part'; axis value: Blad");
 }
 
+TEST(AxisOfAGroupTest, EqualLabelsComeToLightInALookup) {
+  const auto radius = Values({1.0, 1.0});
+  EXPECT_EQ(std::static_pointer_cast<CLabelledValueAxis>(radius)->FindIndices(1.0),
+            (std::vector<std::uint64_t>{0, 1}));
+  const auto group = NewGroup2D<float>(Interval(), radius);
+  EXPECT_EQ(MessageOf([&] { group->GetAxisIndexOfValue(kSecondary, 1.0); }),
+            "Sumara Tables error: Axis labels are not unique.\nFurther information: Axis name: "
+            "'Radius'; axis value: 1; File path: ./Loads");
+}
+
 TEST(AxisOfAGroupTest, GroupKeepsACopyAndTellsItsPosition) {
   const auto time = Interval();
   const auto radius = Values({1, 2});

@@ -1,5 +1,6 @@
 #include "model/group_statistics.h"
 
+#include "model/group_writer.h"
 #include "tests/model/make_groups.h"
 #include "tests/model/run_fixture.h"
 #include "tests/support/element_types.h"
@@ -117,6 +118,11 @@ TYPED_TEST(GroupStatisticsTest, KindsBeyondTheThreeAreRefused) {
   Add(*group, "a", this->Points({1}));
   EXPECT_EQ(MessageOf([&] { group->Statistics().Get(static_cast<StatisticKind>(3), 0, true); }),
             "Sumara Tables error: Unsupported stats type" + kContext);
+  std::vector<double> figures;
+  EXPECT_EQ(MessageOf([&] {
+              group->Statistics().ComputeStatistic(figures, static_cast<StatisticKind>(3), 0);
+            }),
+            "Sumara Tables error: Unsupported stats type" + kContext);
 }
 
 TYPED_TEST(GroupStatisticsTest, FiguresCloseUpOverSeriesWithoutAnObject) {
@@ -207,6 +213,19 @@ TEST_F(StoredStatisticsTest, PreviewAnswersFromItsHeader) {
     EXPECT_EQ(statistics.GetUloads(0, preferComputed)[1], (std::vector<float>{-9, 2.5}));
     EXPECT_EQ(statistics.Get(StatisticKind::kMean, "My", 0, preferComputed), -0.25);
   }
+}
+
+TEST_F(StoredStatisticsTest, PreviewGivesItsBlocksToTheWriterAsTheyStood) {
+  WriteOneAxisWithBlock();
+  std::string lines;
+  for (const std::string& line : StatisticsBlock()) lines += line + "\n";
+  EXPECT_EQ(Sumara::GetHeaderStats({Get(PreviewMode::kWithStatistics)}), lines);
+  WriteHeader(HeaderText::TwoAxes()
+                  .Append(StatisticsBlock())
+                  .Append(StatisticsBlock())
+                  .Append(StatisticsBlock()));
+  m_control.RemoveGroup(Header(), PreviewMode::kWithStatistics, /*keepReader=*/false);
+  EXPECT_EQ(Sumara::GetHeaderStats({Get(PreviewMode::kWithStatistics)}), lines + lines + lines);
 }
 
 TEST_F(StoredStatisticsTest, PreviewOfAHeaderWithoutThem) {

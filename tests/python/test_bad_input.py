@@ -101,7 +101,6 @@ def test_doubled_field_is_read_once(label: str, tmp_path: Path) -> None:
         ("NDIMENS", "4", NDIMENS),
         ("NDIMENS", "-2", NDIMENS),
         ("NDIMENS", "9223372036854775808", NDIMENS),
-        ("DIMENS", "", DIMENS),
         ("DIMENS", "many", DIMENS),
         ("DIMENS", "-1\t5", DIMENS),
         ("DIMENS", "99999999999999999999\t5", DIMENS),
@@ -126,6 +125,12 @@ def test_doubled_field_is_read_once(label: str, tmp_path: Path) -> None:
 def test_bad_value(label: str, value: str, message: str, tmp_path: Path) -> None:
     header = Header(tmp_path).set(label, f"{label}\t{value}")
     assert error_of(header.data) == header.text(message)
+
+
+def test_dimensions_without_a_value(tmp_path: Path) -> None:
+    header = Header(tmp_path).set("DIMENS", "DIMENS\t")
+    inner = "IO error 5015: String to populate from was empty."
+    assert error_of(header.data) == header.text(DIMENS, inner)
 
 
 @pytest.mark.parametrize(
