@@ -7,6 +7,17 @@
 
 namespace Sumara {
 
+/// What tells one state of a file from another. Programs that copy files keep the time of the last
+/// write, so that time alone is not enough.
+struct FileState {
+  std::uint64_t file = 0;  ///< which file of the system it is
+  std::uint64_t size = 0;
+  std::int64_t written = 0;  ///< last write of the content, in the finest ticks of the system
+  std::int64_t changed = 0;  ///< last change of the content or of what is told of it
+
+  bool operator==(const FileState&) const = default;
+};
+
 /// An open file of the system; closed with the object. All platform differences of reading and
 /// writing bytes stand behind it.
 class File {
@@ -26,8 +37,7 @@ class File {
   /// The present size in bytes; all ones if the system does not tell.
   std::uint64_t Size() const;
 
-  /// A value that changes with the file's content: last write in the finest ticks of the system.
-  std::int64_t Stamp() const;
+  FileState State() const;
 
   /// Reads up to `target.size()` bytes at `offset`; fewer only at the end or on an error.
   /// \param error the system's error number, 0 if there is none.

@@ -30,6 +30,11 @@ int OpenHandle(const std::string& path, int flags) {
   }
 }
 
+std::int64_t Nanoseconds(const timespec& time) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u +
+                                   static_cast<std::uint64_t>(time.tv_nsec));
+}
+
 }  // namespace
 
 int File::Open(const std::string& path, Access access) {
@@ -59,12 +64,11 @@ std::uint64_t File::Size() const {
   return static_cast<std::uint64_t>(::lseek(m_handle, 0, SEEK_END));  // -1 is all ones
 }
 
-std::int64_t File::Stamp() const {
+FileState File::State() const {
   struct stat status;
-  if (::fstat(m_handle, &status) != 0) return 0;
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(status.st_mtim.tv_sec) *
-                                       1'000'000'000u +
-                                   static_cast<std::uint64_t>(status.st_mtim.tv_nsec));
+  if (::fstat(m_handle, &status) != 0) return {};
+  return {status.st_ino, static_cast<std::uint64_t>(status.st_size), Nanoseconds(status.st_mtim),
+          Nanoseconds(status.st_ctim)};
 }
 
 std::size_t File::ReadAt(std::uint64_t offset, std::span<char> target, int& error) const {

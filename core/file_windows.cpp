@@ -22,6 +22,8 @@ constexpr int kWriteFlags = _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOI
 
 HANDLE SystemHandle(int handle) { return reinterpret_cast<HANDLE>(::_get_osfhandle(handle)); }
 
+std::uint64_t Joined(DWORD high, DWORD low) { return (std::uint64_t{high} << 32) | low; }
+
 OVERLAPPED At(std::uint64_t offset) {
   OVERLAPPED place{};
   place.Offset = static_cast<DWORD>(offset & 0xFFFFFFFFu);
@@ -52,11 +54,15 @@ std::uint64_t File::Size() const {
   return static_cast<std::uint64_t>(::_filelengthi64(m_handle));  // -1 is all ones
 }
 
-std::int64_t File::Stamp() const {
-  FILETIME written;
-  if (!::GetFileTime(SystemHandle(m_handle), nullptr, nullptr, &written)) return 0;
-  return static_cast<std::int64_t>((std::uint64_t{written.dwHighDateTime} << 32) |
-                                   written.dwLowDateTime);
+FileState File::State() const {
+  BY_HANDLE_FILE_INFORMATION told;
+  FILE_BASIC_INFO times;
+  const HANDLE handle = SystemHandle(m_handle);
+  if (!::GetFileInformationByHandle(handle, &told)) return {};
+  if (!::GetFileInformationByHandleEx(handle, FileBasicInfo, &times, sizeof times)) return {};
+  return {Joined(told.nFileIndexHigh, told.nFileIndexLow),
+          Joined(told.nFileSizeHigh, told.nFileSizeLow), times.LastWriteTime.QuadPart,
+          times.ChangeTime.QuadPart};
 }
 
 std::size_t File::ReadAt(std::uint64_t offset, std::span<char> target, int& error) const {

@@ -5,7 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "core/file.h"
 #include "core/numbers.h"
 #include "core/prefetch.h"
 #include "groupfiles/text_numbers.h"
@@ -194,7 +193,8 @@ void CGroupDataReader<T, U>::GatherFromBlocks(const DataLayout& layout,
     progress.push_back({column.values->empty() ? kDone : column.base});
   const auto earlier = [](const Progress& a, const Progress& b) { return a.offset < b.offset; };
 
-  std::vector<T> block(kBlockBytes / sizeof(T));
+  std::vector<T> block(static_cast<std::size_t>(
+      std::min<std::uint64_t>(kBlockBytes / sizeof(T), this->TotalWordCount())));
   while (!progress.empty()) {
     const auto next = std::min_element(progress.begin(), progress.end(), earlier);
     const std::uint64_t first = next->offset;
@@ -264,7 +264,7 @@ std::uint64_t CGroupDataReader<T, U>::ParsePoints(const DataLayout& layout, std:
                                                   WantedLines<U>& lines, std::string& failure) {
   const Closer closer{*this};
   this->Open();
-  m_stamp = this->m_stream.SystemFile().Stamp();
+  m_fileState = this->m_stream.SystemFile().State();
   this->Prepare();
   if (this->IsEmpty()) return 0;
   // A value takes a byte of the file at least: a header that claims more takes no memory.
@@ -318,8 +318,7 @@ bool CGroupDataReader<T, U>::ReadTable(const DataLayout& layout, std::uint64_t p
   std::string failure;
   table.points = ParsePoints(layout, points, lines, failure);
   if (!failure.empty() || table.points != points) return false;
-  table.fileSize = this->GetLength();
-  table.fileStamp = m_stamp;
+  table.file = m_fileState;
   m_table = std::move(table);
   return true;
 }
@@ -327,8 +326,7 @@ bool CGroupDataReader<T, U>::ReadTable(const DataLayout& layout, std::uint64_t p
 template <class T, class U>
 bool CGroupDataReader<T, U>::TableStands() const {
   File file;
-  return file.Open(this->GetPath(), File::Access::kRead) == 0 && file.Size() == m_table.fileSize &&
-         file.Stamp() == m_table.fileStamp;
+  return file.Open(this->GetPath(), File::Access::kRead) == 0 && file.State() == m_table.file;
 }
 
 template <class T, class U>

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/exceptions.h"
+#include "core/file.h"
 #include "core/reader.h"
 #include "groupfiles/data_layout.h"
 
@@ -43,8 +44,7 @@ template <class U>
 struct TextTable {
   std::vector<std::vector<U>> columns;
   std::uint64_t points = 0;
-  std::uint64_t fileSize = 0;
-  std::int64_t fileStamp = 0;  ///< of the file before it was read
+  FileState file;  ///< before it was read
 };
 
 /// The reader of a group's data file.
@@ -89,7 +89,7 @@ class CGroupDataReader final : public CReader<T, U>, public IGroupDataReader<U> 
   bool TableStands() const;
 
   TextTable<U> m_table;
-  std::int64_t m_stamp = 0;  ///< of the text file, when it was opened last
+  FileState m_fileState;  ///< of the text file, when it was opened last
   bool m_readBefore = false;
 };
 

@@ -39,14 +39,29 @@ TEST_F(FileOnPosixTest, FileOpenForWritingIsNotRead) {
   EXPECT_EQ(error, EBADF);
 }
 
-TEST_F(FileOnPosixTest, StampFollowsTheLastWrite) {
+TEST_F(FileOnPosixTest, StateFollowsTheLastWrite) {
   const std::string path = m_directory.Write("a", "1");
   ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
-  const std::int64_t stamp = m_file.Stamp();
-  EXPECT_EQ(m_file.Stamp(), stamp);
+  const Sumara::FileState before = m_file.State();
+  EXPECT_EQ(m_file.State(), before);
+  EXPECT_EQ(before.size, 1u);
   std::filesystem::last_write_time(
       path, std::filesystem::last_write_time(path) + std::chrono::microseconds(1));
-  EXPECT_EQ(m_file.Stamp(), stamp + 1000);
+  EXPECT_EQ(m_file.State().written, before.written + 1000);
+  EXPECT_NE(m_file.State(), before);
+}
+
+TEST_F(FileOnPosixTest, StateTellsAFileFromItsReplacement) {
+  const std::string path = m_directory.Write("a", "1");
+  const std::string other = m_directory.Write("b", "2");
+  std::filesystem::last_write_time(other, std::filesystem::last_write_time(path));
+  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
+  const Sumara::FileState before = m_file.State();
+  std::filesystem::rename(other, path);
+  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
+  EXPECT_EQ(m_file.State().size, before.size);
+  EXPECT_EQ(m_file.State().written, before.written);
+  EXPECT_NE(m_file.State(), before);
 }
 TEST(ByteBufferOnPosixTest, LargeBlockIsAlignedToLargePages) {
   Sumara::ByteBuffer buffer;

@@ -296,6 +296,23 @@ TEST_P(TextDataTest, ChangedFileIsReadAnew) {
   }
 }
 
+/// As programs leave it that copy files with their times.
+TEST_P(TextDataTest, ReplacementOfTheSameSizeAndTimeIsReadAnew) {
+  Rows rows = CountedRows(5, 2);
+  Write(FixedLines(rows));
+  Open({2, 5}, /*binary=*/false);
+  for (int request = 0; request < 3; ++request) Read({{1}, {0}, 5, true});
+  const auto before = std::filesystem::last_write_time(Path());
+  std::filesystem::rename(Path(), Path() + ".old");
+  rows[2][1] = 77;
+  Write(FixedLines(rows));
+  std::filesystem::last_write_time(Path(), before);
+  for (int request = 0; request < 3; ++request) {
+    Read({{1}, {0}, 5, true});
+    EXPECT_EQ(Of(1), (std::vector<double>{1, 3, 77, 7, 9}));
+  }
+}
+
 TEST_P(TextDataTest, FileThatHasGrownIsReadAnew) {
   Write(LinesOf(CountedRows(5, 2)));
   Open({2, 5}, /*binary=*/false);
