@@ -9,6 +9,7 @@ import json
 from pathlib import Path
 
 from support.flat import run_script
+from support.memory import ENVIRONMENT
 
 #: Makes runs of all kinds; `take` gives arrays with what they are to hold, and their parents.
 START = """
@@ -193,7 +194,7 @@ del array
 gc.collect()
 answer([held, pages() - before])
 """
-    held, left = run_script(code, tmp_path)
+    held, left = run_script(code, tmp_path, **ENVIRONMENT)
     # Ten arrays take 160 MB; one stays, with the file of its group, and nothing after it.
     assert held < 100e6
     assert left < 48e6
