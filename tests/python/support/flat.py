@@ -2,8 +2,6 @@
 
 from __future__ import annotations
 
-import json
-import os
 import subprocess
 import sys
 from collections.abc import Callable
@@ -12,6 +10,8 @@ from pathlib import Path
 from typing import Any
 
 import _TabulonAPI_Python as native
+
+from support.own_process import answer_of
 
 #: dtype -> how the names of functions spell it.
 SUFFIXES = {"float32": "Float32", "float64": "Float64", "int32": "Int32"}
@@ -99,25 +99,10 @@ def run_python(code: str, *arguments: object) -> subprocess.CompletedProcess[str
 
 
 def run_script(code: str, *arguments: object, **environment: str) -> Any:  # noqa: ANN401
-    """Run code in an interpreter of its own, and return what it gives to `answer`.
-
-    A crash of that interpreter is a failure here, and not the end of all tests.
-    """
-    folders = [str(Path(native.__file__).parent), str(Path(__file__).parents[1])]
+    """Run code in an interpreter of its own, and return what it gives to `answer`."""
     start = (
-        f"import gc, json, sys\nsys.path[:0] = {folders!r}\nfrom pathlib import Path\n"
+        "import gc, json\nfrom pathlib import Path\n"
         "import _TabulonAPI_Python as native\nfrom support.flat import *\n"
         "def answer(value): print(json.dumps(value))\n"
     )
-    done = subprocess.run(
-        [sys.executable, "-X", "faulthandler", "-c", start + code, *map(str, arguments)],
-        capture_output=True,
-        text=True,
-        errors="surrogateescape",
-        timeout=50,
-        env={**os.environ, **environment},
-        check=False,
-    )
-    assert done.returncode == 0, done.stderr[-3000:]
-    assert done.stderr == ""
-    return json.loads(done.stdout)
+    return answer_of(start + code, *arguments, environment=environment)
