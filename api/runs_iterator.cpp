@@ -10,6 +10,8 @@
 
 namespace SumaraApi {
 
+// The interface of scripts takes texts by reference.
+// NOLINTNEXTLINE(modernize-pass-by-value)
 RunsIterator::RunsIterator(std::string const& rootDirectory, std::string const& runName,
                            SearchScope const searchScope)
     : m_isRegularExpression(false), m_pattern(runName), m_searchScope(searchScope) {

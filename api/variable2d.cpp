@@ -90,8 +90,7 @@ std::shared_ptr<std::vector<T>> Variable2D<T>::ShareVector(std::size_t index) {
 template <class T>
 std::shared_ptr<std::vector<T>> Variable2D<T>::ShareDataAtIndex(size_t index) {
   return Wrapped(148, ContextAt(index), [&] {
-    const std::size_t number =
-        static_cast<std::size_t>(m_group->GetSeriesIndex(m_name, /*exact=*/true));
+    const auto number = static_cast<std::size_t>(m_group->GetSeriesIndex(m_name, /*exact=*/true));
     m_control->GetGroup(m_group->GetPath(), std::vector<std::size_t>{number},
                         std::vector<std::size_t>{index}, m_group->GetDataType());
     return ShareVector(index);

@@ -79,7 +79,9 @@ constexpr std::array<char, 200> kPairs = [] {
   return pairs;
 }();
 
-void WritePair(char* at, std::uint32_t number) { std::memcpy(at, &kPairs[2 * number], 2); }
+void WritePair(char* at, std::uint32_t number) {
+  std::memcpy(at, &kPairs[std::size_t{2} * number], 2);
+}
 
 void WriteEightDigits(char* at, std::uint64_t digits) {
   const auto number = static_cast<std::uint32_t>(digits);

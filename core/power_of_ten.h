@@ -6,7 +6,7 @@
 
 namespace Sumara {
 
-__extension__ typedef unsigned __int128 Uint128;
+__extension__ using Uint128 = unsigned __int128;
 
 /// The leading 64 bits of powers of ten, cut off: 10^k is at least `Mantissa(k)` * 2^`Exponent(k)`,
 /// and less than the same with a mantissa greater by 2.
@@ -33,7 +33,10 @@ class PowersOfTen {
   static constexpr int Exponent(int k) { return ((k * 217706) >> 16) - 63; }  // by log2(10)
 
  private:
-  static constexpr std::size_t Index(int k) { return static_cast<std::size_t>(k + kLargest); }
+  static constexpr std::size_t Index(int k) {
+    const int index = k + kLargest;
+    return static_cast<std::size_t>(index);
+  }
 
   static constexpr Uint128 TakeFourFifths(Uint128 value) {
     const Uint128 fifth = value / 5;

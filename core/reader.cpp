@@ -138,9 +138,11 @@ template <class T, class U>
 bool CReader<T, U>::GoToLine(std::uint64_t line) {
   std::uint64_t position = 0;
   if (m_uniform && Multiply(line, m_lineLength, position)) {
+    // That lines are of one length was only concluded from the size of the file: the next line has
+    // to stand here, and any other behind a line feed.
+    const bool inStep = line != m_lineNumber || m_stream.Tell() == position;
     m_stream.Seek(position);
-    // That lines are of one length was only concluded from the size of the file.
-    m_uniform = position > m_length || m_stream.AtLineStart();
+    m_uniform = inStep && (position > m_length || m_stream.AtLineStart());
     if (m_uniform) {
       m_lineNumber = line;
       return m_stream.Good();

@@ -54,10 +54,10 @@ class CReader : public CIOBase {
 
   /// Goes to the start of a line, counted from 0 with all lines of the file.
   ///
-  /// A uniform file is addressed by a seek, as long as a line feed stands before the place; where
-  /// none does, the file is not uniform after all. In any other file lines are read and dropped up
-  /// to the place, from the start if it lies behind.
-  /// \throws CIOException 5008.
+  /// A uniform file is addressed by a seek, as long as a line feed stands before the place and the
+  /// line behind the last one that was read stands there; where that is not so, the file is not
+  /// uniform after all. In any other file lines are read and dropped up to the place, from the
+  /// start if it lies behind. \throws CIOException 5008.
   void SeekLine(std::uint64_t line);
 
   /// The text of a line, without its line end. The view is good until the next read.

@@ -91,7 +91,9 @@ bool CGroupBase<T>::HasData() const {
 template <class T>
 std::uint32_t CGroupBase<T>::GetLoadState() const {
   if (!IsDeserialised()) return 0;
-  return m_loadedCount == CountOfSecondary() * m_seriesNames.size() ? 1 : 2;
+  // A product cut to 64 bits could be 0 for a damaged header: nothing would ever be loaded.
+  const std::uint64_t all = DataLayout::OffsetOf(CountOfSecondary(), m_seriesNames.size(), 0);
+  return m_loadedCount == all ? 1 : 2;
 }
 
 template <class T>

@@ -190,7 +190,8 @@ DataTable<T> TableOf(const CGroupBase<T>& group) {
   return table;
 }
 
-constexpr std::size_t kBlockBytes = 256 * 1024;  // stays in the cache on its way to the system
+constexpr std::size_t kBlockBytes =
+    std::size_t{256} * 1024;  // stays in the cache on its way to the system
 
 /// Columns that are gathered side by side: their next values fill a line of the cache.
 constexpr std::size_t kTileColumns = 16;

@@ -142,7 +142,7 @@ SeriesStatistics<T>& CSeriesBase<T>::Ensured(std::uint64_t secondary) {
 
 template <class T>
 double CSeriesBase<T>::GetMean(std::uint64_t secondary) {
-  const double sum = static_cast<double>(Ensured(secondary).sum);
+  const auto sum = static_cast<double>(Ensured(secondary).sum);
   const std::vector<T>* points = FindVector(secondary);
   const std::uint64_t count = (points != nullptr ? points->size() : 0) + FlushedPoints();
   return sum / static_cast<double>(count);

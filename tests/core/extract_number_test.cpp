@@ -210,8 +210,8 @@ TYPED_TEST(ExtractNumberTest, RandomNumbersReadAsAStreamReadsThem) {
   std::mt19937_64 random(2);
   for (int i = 0; i < 100'000 && !this->HasFailure(); ++i) {
     std::ostringstream text;
-    const double any = std::bit_cast<double>(random());
-    const float anyFloat = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+    const auto any = std::bit_cast<double>(random());
+    const auto anyFloat = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
     const double wide = i % 2 == 0 ? static_cast<double>(anyFloat) : any;
     const double value = i % 3 == 0 ? static_cast<double>(random()) * 1e-19 : wide;
     text << std::scientific << std::setprecision(static_cast<int>(random() % 20)) << value;

@@ -63,9 +63,9 @@ TEST(OutputFileTest, OpeningFailuresNameTheFileAndTheReason) {
       {directory.Path(std::string(300, 'x')), "File name too long"},
       {"", "No such file or directory"},
   };
-  for (const auto& [path, reason] : table) {
-    EXPECT_EQ(MessageOf([&] { OutputFile file(path); }),
-              "ios_base::failbit set: " + path + ": " + reason);
+  for (const auto& row : table) {
+    EXPECT_EQ(MessageOf([&] { OutputFile file(row.path); }),
+              "ios_base::failbit set: " + row.path + ": " + row.reason);
   }
   EXPECT_THROW(OutputFile file(directory.Path()), std::ios_base::failure);
 }
