@@ -1,0 +1,235 @@
+#pragma once
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "api/cache_settings.h"
+#include "api/group.h"
+#include "api/independent_variable.h"
+#include "api/run.h"
+#include "api/tabulon_api.h"
+#include "api/variable1d.h"
+#include "api/variable2d.h"
+#include "tests/fuzz/fuzzing.h"
+
+// A walk over everything that a run tells, through the public interface.
+
+namespace Fuzzing {
+
+inline constexpr std::size_t kMostValues = 64;  ///< of an axis that are looked at
+inline constexpr std::size_t kMostIndices = 2;  ///< of variables and of secondary values
+
+/// What the calls of a walk gave, in words: two walks over the same files are compared by it.
+class Journal {
+ public:
+  void Note(std::string_view text) { m_text.append(text).append("|"); }
+  void Note(const char* text) { Note(std::string_view(text)); }
+  template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+  void Note(Number value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof(value));
+    Note(std::to_string(bits));
+  }
+  template <class T>
+  void Note(const std::vector<T>& values) {
+    Note(values.size());
+    for (const auto& value : values) Note(value);
+  }
+
+  /// Notes what `call` gives, or the library's refusal. \return the refusal.
+  template <class Call>
+  std::string Try(Call&& call) {
+    std::string refusal = RefusalOf([&] {
+      if constexpr (std::is_void_v<decltype(call())>) {
+        call();
+      } else {
+        Note(call());
+      }
+    });
+    m_text.append(refusal).append("\n");
+    return refusal;
+  }
+
+  const std::string& Text() const { return m_text; }
+
+ private:
+  std::string m_text;
+};
+
+/// How a run is read.
+struct Reading {
+  bool buffered = true;
+  SumaraApi::DataTypeSpecifier type = SumaraApi::DataTypeSpecifier::ReadAsSerialisedType;
+};
+
+/// Words that have no place where data was asked for as what it is.
+inline constexpr std::string_view kWrongType = "Group type does not correspond to data type";
+
+class RunWalk {
+ public:
+  /// Called with each vector of data: its group, the places of the variable and of the secondary
+  /// value, and the values.
+  template <class T>
+  using Visit = std::function<void(const SumaraApi::Group&, std::size_t variable,
+                                   std::size_t secondary, const std::vector<T>&)>;
+
+  explicit RunWalk(SumaraApi::RunPtr run) : m_run(std::move(run)) {}
+
+  Visit<float> visitFloats;
+  Visit<double> visitDoubles;
+  Visit<int> visitInts;
+
+  std::string Walk() {
+    m_journal.Try([&] { return m_run->GetName(); });
+    m_journal.Try([&] { return static_cast<int>(m_run->GetCompletionState()); });
+    m_journal.Try([&] { return static_cast<int>(m_run->GetCalculationType()); });
+    m_journal.Try([&] {
+      for (const auto& group : m_run->GetAllGroups()) WalkGroup(*group);
+    });
+    return m_journal.Text();
+  }
+
+ private:
+  void WalkGroup(const SumaraApi::Group& group) {
+    m_journal.Try([&] { return group.GetName(); });
+    m_journal.Try([&] { return group.GetNumber(); });
+    m_journal.Try([&] { return group.GetVariableNames(); });
+    m_journal.Try([&] { return group.GetCalculationShortName(); });
+    m_journal.Try([&] { return group.GetCalculationDescriptiveName(); });
+    m_journal.Try([&] { return group.GetTimeDomainSimulationLength(); });
+    m_journal.Try([&] { return group.GetDataPointCount(); });
+    m_journal.Try([&] { return static_cast<int>(group.GetVariableDataFormat()); });
+    for (const auto& axis : group.GetIndependentVariables()) WalkAxis(*axis);
+    m_journal.Try([&] {
+      switch (group.GetVariableDataType()) {
+        case SumaraApi::VariableDataType::Float32:
+          return WalkVariables<float>(group, visitFloats);
+        case SumaraApi::VariableDataType::Float64:
+          return WalkVariables<double>(group, visitDoubles);
+        case SumaraApi::VariableDataType::Int32:
+          return WalkVariables<int>(group, visitInts);
+      }
+      Fail("a data type that is none");
+    });
+  }
+
+  void WalkAxis(SumaraApi::IndependentVariable& axis) {
+    m_journal.Try([&] { return axis.GetName(); });
+    m_journal.Try([&] { return axis.GetSIUnit(); });
+    m_journal.Try([&] { return axis.GetNumberOfValues(); });
+    // An interval axis tells of as many values as its header claims, and makes them all.
+    if (axis.GetAxisType() == SumaraApi::AxisTypeId::IntervalAxis &&
+        axis.GetNumberOfValues() > kMostValues) {
+      return;
+    }
+    m_journal.Try([&] { return axis.GetValuesAsString(); });
+    m_journal.Try([&] { return axis.GetValuesAsNumber(); });
+  }
+
+  template <class T>
+  void WalkVariables(const SumaraApi::Group& group, const Visit<T>& visit) {
+    // A group whose name stands twice gives the variables of the first, which the run knows.
+    const std::vector<std::string> names = group.GetVariableNames();
+    const bool twoAxes = group.GetIndependentVariables().size() == 2;
+    for (int round = 0; round < 2; ++round) {
+      for (std::size_t i = 0; i < names.size() && i < kMostIndices; ++i) {
+        m_journal.Try([&] {
+          const auto variable = group.GetVariable(names[i]);
+          m_journal.Try([&] { return variable->GetSIUnit(); });
+          m_journal.Try([&] { return variable->GetQuantityCode(); });
+          if (twoAxes) {
+            WalkVariable2D<T>(group, names[i], i, visit);
+          } else {
+            WalkVariable1D<T>(group, names[i], i, visit);
+          }
+          if (round == 0 && i % 2 == 1) variable->Unload();
+        });
+      }
+    }
+  }
+
+  template <class T>
+  void WalkVariable1D(const SumaraApi::Group& group, const std::string& name, std::size_t place,
+                      const Visit<T>& visit) {
+    const auto variable = group.GetVariable1D<T>(name);
+    const std::string other = group.GetVariableNames().front();
+    for (int round = 0; round < 2; ++round) {  // the first comes before there is any data
+      m_journal.Try([&] { return variable->GetMean(); });
+      m_journal.Try([&] { return variable->GetMaximum(); });
+      m_journal.Try([&] { return variable->GetMinimum(); });
+      m_journal.Try([&] { return variable->GetMaximumContemporaneous(other); });
+      m_journal.Try([&] { return variable->GetMinimumContemporaneous(other); });
+      m_journal.Try([&] {
+        const std::vector<T>& values = variable->GetData();
+        if (visit) visit(group, place, 0, values);
+        return values;
+      });
+    }
+  }
+
+  template <class T>
+  void WalkVariable2D(const SumaraApi::Group& group, const std::string& name, std::size_t place,
+                      const Visit<T>& visit) {
+    const auto variable = group.GetVariable2D<T>(name);
+    const std::string other = group.GetVariableNames().back();
+    const auto axis = variable->GetIndependentVariable(
+        SumaraApi::IndependentVariableId::SecondaryIndependentVariable);
+    const std::size_t count = std::min(axis->GetNumberOfValues(), kMostIndices);
+    for (std::size_t s = 0; s <= count; ++s) {
+      m_journal.Try([&] { return variable->GetMeanAtIndex(s); });
+      const std::string refusal = m_journal.Try([&] {
+        const std::vector<T>& values = variable->GetDataAtIndex(s);
+        if (visit) visit(group, place, s, values);
+        return values;
+      });
+      Require(s == count || refusal.find(kWrongType) == std::string::npos,
+              "data was not loaded, and nothing said so");
+      m_journal.Try([&] { return variable->GetMeanAtIndex(s); });
+      m_journal.Try([&] { return variable->GetMaximumAtIndex(s); });
+      m_journal.Try([&] { return variable->GetMinimumAtIndex(s); });
+      m_journal.Try([&] { return variable->GetMaximumContemporaneousAtIndex(other, s); });
+      m_journal.Try([&] { return variable->GetMinimumContemporaneousAtIndex(other, s); });
+    }
+    if (axis->GetNumberOfValues() > kMostValues) return;
+    WalkByValue(*variable, *axis);
+    m_journal.Try([&] { return variable->GetDataForAllIndependentVariableValues(); });
+  }
+
+  template <class T>
+  void WalkByValue(SumaraApi::Variable2D<T>& variable, SumaraApi::IndependentVariable& axis) {
+    m_journal.Try([&] {
+      const std::vector<std::string> values = axis.GetValuesAsString();
+      if (values.empty()) return;
+      const std::string& last = values.back();
+      m_journal.Try([&] { return variable.GetDataAtValue(last); });
+      m_journal.Try([&] { return variable.GetMeanAtValue(last); });
+    });
+    m_journal.Try([&] {
+      const std::vector<double>& values = axis.GetValuesAsNumber();
+      if (values.empty()) return;
+      const double last = values.back();
+      m_journal.Try([&] { return variable.GetDataAtValue(last); });
+      m_journal.Try([&] { return variable.GetMaximumAtValue(last); });
+    });
+  }
+
+  SumaraApi::RunPtr m_run;
+  Journal m_journal;
+};
+
+/// The run as a process would find it that has read nothing so far.
+inline SumaraApi::RunPtr OpenRun(const std::string& directory, const std::string& name,
+                                 const Reading& reading) {
+  using SumaraApi::TabulonApi_CacheSettings;
+  SumaraApi::TabulonApi::ClearRuns();
+  TabulonApi_CacheSettings::SetBufferedReadEnabled(reading.buffered);
+  TabulonApi_CacheSettings::SetDataTypeForReading(reading.type);
+  return SumaraApi::TabulonApi::GetRun(directory, name);
+}
+
+}  // namespace Fuzzing
