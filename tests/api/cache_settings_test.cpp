@@ -34,8 +34,8 @@ class CacheSettingsTest : public testing_support::ApiTest {
     sample.Write(".$01", DataBytes(Group(100)));
     return run->GetVariable1D<float>("b")->GetData();
   }
-  const Floats kFromBuffer{1, 4, 7, 10};
-  const Floats kFromFile{101, 104, 107, 110};
+  const Floats m_fromBuffer{1, 4, 7, 10};
+  const Floats m_fromFile{101, 104, 107, 110};
 
   SampleRun m_sample;
 };
@@ -43,12 +43,12 @@ class CacheSettingsTest : public testing_support::ApiTest {
 // Buffered reading.
 
 TEST_F(CacheSettingsTest, BufferedRunReadsTheFileOnce) {
-  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), kFromBuffer);
+  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), m_fromBuffer);
 }
 
 TEST_F(CacheSettingsTest, UnbufferedRunReadsTheFileForEachVariable) {
   TabulonApi_CacheSettings::SetBufferedReadEnabled(false);
-  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), kFromFile);
+  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), m_fromFile);
 }
 
 TEST_F(CacheSettingsTest, EachCallTakesTheBuffersOfCachedRuns) {
@@ -59,7 +59,7 @@ TEST_F(CacheSettingsTest, EachCallTakesTheBuffersOfCachedRuns) {
     EXPECT_EQ(run->GetVariable1D<float>("a")->GetData(), (Floats{0, 3, 6, 9}));
     m_sample.Write(".$01", DataBytes(Group(100)));
     TabulonApi_CacheSettings::SetBufferedReadEnabled(enabled);
-    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), kFromFile);
+    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), m_fromFile);
     EXPECT_EQ(run->GetVariable1D<float>("a")->GetData(), (Floats{0, 3, 6, 9}));  // loaded stays
   }
 }
@@ -69,10 +69,10 @@ TEST_F(CacheSettingsTest, CachedRunDoesNotGetItsBufferingBack) {
   const RunPtr run = Get("run1");
   TabulonApi_CacheSettings::SetBufferedReadEnabled(true);
   EXPECT_EQ(Get("run1"), run);
-  EXPECT_EQ(SecondVariable(m_sample, run), kFromFile);
+  EXPECT_EQ(SecondVariable(m_sample, run), m_fromFile);
   m_sample.Group("01", Group());
   TabulonApi::ClearRuns();
-  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), kFromBuffer);
+  EXPECT_EQ(SecondVariable(m_sample, Get("run1")), m_fromBuffer);
 }
 
 TEST_F(CacheSettingsTest, RunsOutsideTheCacheKeepTheirBuffers) {
@@ -81,7 +81,7 @@ TEST_F(CacheSettingsTest, RunsOutsideTheCacheKeepTheirBuffers) {
   TabulonApi::ClearRuns();
   m_sample.Write(".$01", DataBytes(Group(100)));
   TabulonApi_CacheSettings::SetBufferedReadEnabled(false);
-  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), kFromBuffer);
+  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), m_fromBuffer);
 }
 
 TEST_F(CacheSettingsTest, LastVariableOfAGroupFreesItsBuffer) {
@@ -89,7 +89,7 @@ TEST_F(CacheSettingsTest, LastVariableOfAGroupFreesItsBuffer) {
   for (const char* name : {"a", "b", "c"}) run->GetVariable1D<float>(name)->GetData();
   m_sample.Write(".$01", DataBytes(Group(100)));
   EXPECT_TRUE(run->UnloadVariable("b"));
-  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), kFromFile);
+  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), m_fromFile);
 }
 
 TEST_F(CacheSettingsTest, TextGroupsAreReadWithEitherSetting) {
@@ -101,7 +101,7 @@ TEST_F(CacheSettingsTest, TextGroupsAreReadWithEitherSetting) {
     TabulonApi_CacheSettings::SetBufferedReadEnabled(enabled);
     const RunPtr run = Get("run1");
     EXPECT_EQ(run->GetVariable1D<float>("a")->GetData(), (Floats{0, 3, 6, 9}));
-    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), kFromBuffer);
+    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), m_fromBuffer);
     EXPECT_EQ(run->GetVariable1D<float>("c")->GetData(), (Floats{2, 5, 8, 11}));
   }
 }
@@ -150,7 +150,7 @@ TEST_F(CacheSettingsTest, DoublesAndIntegersCanBeReadAsFloats) {
     group.format = format;
     m_sample.Group("01", group);
     const RunPtr run = Get("run1");
-    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), kFromBuffer) << format;
+    EXPECT_EQ(run->GetVariable1D<float>("b")->GetData(), m_fromBuffer) << format;
     EXPECT_EQ(run->GetGroup("Rotor")->GetVariableDataType(), VariableDataType::Float32);
   }
 }
@@ -164,7 +164,7 @@ TEST_F(CacheSettingsTest, IntegersAreIntegersByDefault) {
 
 TEST_F(CacheSettingsTest, UnknownTypeReadsAsWritten) {
   TabulonApi_CacheSettings::SetDataTypeForReading(static_cast<DataTypeSpecifier>(7));
-  EXPECT_EQ(Get("run1")->GetVariable1D<float>("b")->GetData(), kFromBuffer);
+  EXPECT_EQ(Get("run1")->GetVariable1D<float>("b")->GetData(), m_fromBuffer);
   TabulonApi::ClearRuns();
   TabulonApi_CacheSettings::SetDataTypeForReading(static_cast<DataTypeSpecifier>(-1));
   EXPECT_EQ(Get("run1")->GetVariable("b")->GetDataType(), VariableDataType::Float32);

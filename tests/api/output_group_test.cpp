@@ -36,8 +36,8 @@ std::string Bytes(const std::vector<T>& words) {
 }
 
 IndependentVariable Time() { return {"Time", "s", 0.0, 0.5}; }
-IndependentVariable Radius(std::vector<double> labels) { return {"Radius", "m", labels}; }
-IndependentVariable Blade(std::vector<std::string> labels) { return {"Blade", ".", labels}; }
+IndependentVariable Radius(const std::vector<double>& labels) { return {"Radius", "m", labels}; }
+IndependentVariable Blade(const std::vector<std::string>& labels) { return {"Blade", ".", labels}; }
 
 class OutputGroupTest : public testing_support::ApiTest {
  protected:

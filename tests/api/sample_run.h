@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "tests/support/temp_directory.h"
@@ -128,9 +129,9 @@ inline constexpr std::int64_t kFirstWrite = 1'700'000'000;
 /// The files of one run in a directory that exists.
 class SampleRun {
  public:
-  SampleRun(const TempDirectory& directory, const std::string& name,
+  SampleRun(const TempDirectory& directory, std::string name,
             const std::string& termination = "Run completed\n")
-      : m_directory(directory), m_name(name) {
+      : m_directory(directory), m_name(std::move(name)) {
     Write(".$TE", termination);
     SetLastWrite(Path(".$TE"), kFirstWrite);
   }

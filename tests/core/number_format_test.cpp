@@ -135,7 +135,7 @@ TEST(AppendScientificTest, RandomFloatsReadAsPrinted) {
 TEST(AppendScientificTest, RandomDoublesReadAsPrinted) {
   std::mt19937_64 random(6);
   for (int i = 0; i < 300'000; ++i) {
-    const double any = std::bit_cast<double>(random());
+    const auto any = std::bit_cast<double>(random());
     const double value = i % 2 == 0 ? any : static_cast<double>(random()) * 1e-15;
     const int precision = i % 3 == 0 ? static_cast<int>(random() % 18) : (i % 3 == 1 ? 7 : 15);
     if (std::isnan(value)) continue;
@@ -162,7 +162,7 @@ TEST(AppendFixedTest, Examples) {
 TEST(AppendFixedTest, RandomDoublesReadAsPrinted) {
   std::mt19937_64 random(7);
   for (int i = 0; i < 50'000; ++i) {
-    const double any = std::bit_cast<double>(random());
+    const auto any = std::bit_cast<double>(random());
     const double value = i % 2 == 0 ? any : static_cast<double>(random()) * 1e-15;
     const int precision = i % 4 < 2 ? 7 : 15;
     if (std::isnan(value)) continue;

@@ -278,6 +278,17 @@ TEST_P(TextDataTest, SizeThatOnlyLooksUniformIsReadByItsLines) {
   EXPECT_EQ(Of(1), (std::vector<double>{11, 3, 41}));
 }
 
+TEST_P(TextDataTest, LinesThatOnlySeemAlikeAreReadOneByOne) {
+  Write("10000\n22\n33\n        444\n");  // as long as four lines of the first's length
+  Open({1, 4}, /*binary=*/false);
+  EXPECT_EQ(Read(All(4)), 4u);
+  EXPECT_EQ(Of(0), (std::vector<double>{10000, 22, 33, 444}));
+  Write("Results of a run\n 1 2 3\n 10 11 12\n");  // as long as two such header records
+  Open({3, 2}, /*binary=*/false, /*headerRecords=*/1);
+  EXPECT_EQ(Read(All(2)), 2u);
+  EXPECT_EQ(Of(0), (std::vector<double>{1, 10}));
+}
+
 TEST_P(TextDataTest, ChangedFileIsReadAnew) {
   Rows rows = CountedRows(5, 2);
   Write(FixedLines(rows));

@@ -346,6 +346,18 @@ TEST_F(ControlLoadTest, SeriesOfAnInvalidNameFailsWhenItIsMade) {
                   "Series name: ''"));
 }
 
+TEST_F(ControlLoadTest, GroupOfMoreValuesThanANumberTellsIsNotTakenForLoaded) {
+  WriteTwoAxes();
+  WriteHeader(HeaderText::TwoAxes()
+                  .With("DIMENS", "2 9223372036854775808 4")
+                  .With("AXIMETH", "2")
+                  .Without("AXIVAL")
+                  .After("AXIMETH", {"MIN \t0", "STEP\t1"}));
+  EXPECT_EQ(Get()->GetLoadState(), 2u);
+  EXPECT_EQ(MessageOf([&] { LoadNumbers({0}, {0}); }),
+            GroupFailure("Axis dimensions invalid (DIMENS)", "Blade loads"));
+}
+
 TEST_F(ControlLoadTest, GroupWithoutSeriesIsLoaded) {
   WriteHeader(HeaderText::OneAxis().With("VARIAB", "").With("VARUNIT", "").With("DIMENS", "0 3"));
   WriteWords(0);
