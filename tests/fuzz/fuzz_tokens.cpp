@@ -117,64 +117,49 @@ std::string Joined(const Rows& rows, char joint) {
   return text;
 }
 
-Outcome Perform(OpenFile& file, const Operation& operation) {
+void Seek(OpenFile& file, const Operation& operation, Outcome& outcome) {
   const auto& [kind, how, quote, label] = operation;
-  Outcome outcome;
   std::vector<std::string> tokens;
   Rows rows;
-  switch (kind) {
-    case 's':
-      outcome.answer = file.SeekLabel(label, outcome.value, how);
-      break;
-    case 't':
-      outcome.answer = file.SeekLabel(label, tokens, how, quote);
-      outcome.value = Listed(tokens);
-      break;
-    case 'w':
-      outcome.answer = file.SeekLabel(label, rows, how, quote);
-      outcome.value = Described(rows);
-      break;
-    case 'p':
-      outcome.answer = file.PeekLabel(outcome.value);
-      break;
-    case 'k':
-      file.SkipToLabel(label);
-      break;
-    case 'l':
-      outcome.answer = file.ReadLine(outcome.value, /*tolerant=*/how.quiet);
-      break;
-    default:
-      file.Rewind();
-      break;
+  if (kind == 's') {
+    outcome.answer = file.SeekLabel(label, outcome.value, how);
+  } else if (kind == 't') {
+    outcome.answer = file.SeekLabel(label, tokens, how, quote);
+    outcome.value = Listed(tokens);
+  } else {
+    outcome.answer = file.SeekLabel(label, rows, how, quote);
+    outcome.value = Described(rows);
   }
-  return outcome;
 }
 
-Outcome Perform(ModelFile& file, const Operation& operation) {
+void Seek(ModelFile& file, const Operation& operation, Outcome& outcome) {
   const auto& [kind, how, quote, label] = operation;
-  Outcome outcome;
   Rows rows;
-  switch (kind) {
+  outcome.answer = file.SeekLabel(label, rows, how, kind == 's' ? '\0' : quote);
+  if (kind == 's') {
+    outcome.value = Joined(rows, how.joinWithBlanks ? ' ' : '\n');
+  } else {
+    outcome.value = kind == 't' ? Listed(Flattened(rows)) : Described(rows);
+  }
+}
+
+template <class AnyFile>
+Outcome Perform(AnyFile& file, const Operation& operation) {
+  Outcome outcome;
+  switch (operation.kind) {
     case 's':
-      outcome.answer = file.SeekLabel(label, rows, how, '\0');
-      outcome.value = Joined(rows, how.joinWithBlanks ? ' ' : '\n');
-      break;
     case 't':
-      outcome.answer = file.SeekLabel(label, rows, how, quote);
-      outcome.value = Listed(Flattened(rows));
-      break;
     case 'w':
-      outcome.answer = file.SeekLabel(label, rows, how, quote);
-      outcome.value = Described(rows);
+      Seek(file, operation, outcome);
       break;
     case 'p':
       outcome.answer = file.PeekLabel(outcome.value);
       break;
     case 'k':
-      file.SkipToLabel(label);
+      file.SkipToLabel(operation.label);
       break;
     case 'l':
-      outcome.answer = file.ReadLine(outcome.value, /*tolerant=*/how.quiet);
+      outcome.answer = file.ReadLine(outcome.value, /*tolerant=*/operation.how.quiet);
       break;
     default:
       file.Rewind();
