@@ -7,6 +7,7 @@ if(NOT GTest_FOUND)
   # Debian has the sources too, for those who build for another system.
   set(INSTALL_GTEST OFF)
   set(BUILD_GMOCK OFF)
+  set(CMAKE_WARN_DEPRECATED OFF)  # of its own files
   add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
 endif()
 include(GoogleTest)
