@@ -4,6 +4,8 @@
 
 #include <clocale>
 #include <limits>
+#include <locale>
+#include <sstream>
 
 #include "tests/model/make_groups.h"
 
@@ -59,9 +61,29 @@ TEST(ModelContextTest, NumbersAreThoseOfAStream) {
   EXPECT_EQ(NumberText(std::numeric_limits<double>::infinity()), "inf");
 }
 
-TEST(ModelContextTest, NumbersDoNotFollowTheLocale) {
+/// Writes numbers as much of Europe does.
+struct DecimalComma final : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(ModelContextTest, NumbersDoNotFollowTheLocaleOfStreams) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+  std::ostringstream stream;
+  stream << 2.5;
+  const std::string text = NumberText(2.5);
+  const std::string large = NumberText(123456);
+  std::locale::global(before);
+  EXPECT_EQ(stream.str(), "2,5");
+  EXPECT_EQ(text, "2.5");
+  EXPECT_EQ(large, "123456");
+}
+
+TEST(ModelContextTest, NumbersDoNotFollowTheLocaleOfTheSystem) {
   if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr)
-    GTEST_SKIP() << "no locale with a decimal comma";
+    GTEST_SKIP() << "the system has no locale de_DE.UTF-8; the locale of streams is tested always";
   const std::string text = NumberText(2.5);
   std::setlocale(LC_NUMERIC, "C");
   EXPECT_EQ(text, "2.5");

@@ -3,12 +3,12 @@
 from __future__ import annotations
 
 import os
-import shutil
 from pathlib import Path
 
 import pytest
 from support.random_runs import random_run
 from support.run_checks import RunCheck
+from support.seeds import files_of_seed
 
 RUNS = int(os.environ.get("TABULON_DIFFERENTIAL_RUNS", "1000"))
 FIRST_SEED = int(os.environ.get("TABULON_DIFFERENTIAL_SEED", "1"))
@@ -18,15 +18,10 @@ BATCHES = 20
 def check_seed(seed: int, folder: Path) -> None:
     run = random_run(seed)
     run.write(folder)
-    try:
+    with files_of_seed(
+        "run", seed, folder, "TABULON_DIFFERENTIAL_RUNS", "tests/python/test_differential.py"
+    ):
         RunCheck(run, folder).check()
-    except Exception as error:
-        raise AssertionError(
-            f"run of seed {seed}, with its files in '{folder}'; to see it alone:\n"
-            f"TABULON_DIFFERENTIAL_SEED={seed} TABULON_DIFFERENTIAL_RUNS=1 "
-            "pytest tests/python/test_differential.py"
-        ) from error
-    shutil.rmtree(folder)
 
 
 @pytest.mark.parametrize("batch", range(min(BATCHES, RUNS)))

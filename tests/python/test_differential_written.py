@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import os
-import shutil
 from pathlib import Path
 from typing import Any
 
@@ -14,6 +13,7 @@ from numpy.typing import NDArray
 from support.flat import Flat, get_run, get_variable
 from support.random_outputs import CODES, OutputAxis, OutputModel, Writer, random_output
 from support.random_text import number_of
+from support.seeds import files_of_seed
 from support.written_files import WrittenAxis, binary_values, parse_header, text_tokens
 
 GROUPS = int(os.environ.get("TABULON_DIFFERENTIAL_GROUPS", "500"))
@@ -146,12 +146,6 @@ class Check:
 def test_random_output_groups_leave_what_was_given(batch: int, tmp_path: Path) -> None:
     for seed in range(FIRST_SEED + batch, FIRST_SEED + GROUPS, BATCHES):
         folder = tmp_path / f"seed {seed}"
-        try:
+        test = "tests/python/test_differential_written.py"
+        with files_of_seed("output group", seed, folder, "TABULON_DIFFERENTIAL_GROUPS", test):
             Check(seed, folder).check()
-        except Exception as error:
-            raise AssertionError(
-                f"output group of seed {seed}, with its files in '{folder}'; to see it alone:\n"
-                f"TABULON_DIFFERENTIAL_SEED={seed} TABULON_DIFFERENTIAL_GROUPS=1 "
-                "pytest tests/python/test_differential_written.py"
-            ) from error
-        shutil.rmtree(folder)
