@@ -1,5 +1,5 @@
 // The extension module _TabulonAPI_Python: a flat module of functions `<Class>_<method>`, integers
-// `<Enum>_<Enumerator>` and `cvar`. SWIG's proxy classes go into the package, as tabulon._proxy.
+// `<Enum>_<Enumerator>` and `cvar`. SWIG's proxy classes go into the package, as tabulon.api._proxy.
 //
 // Every class is declared again in these files with just the members that scripts get: what is
 // exported is listed. The order of the includes is the order of the names in the module.

@@ -10,7 +10,7 @@ endif()
 # The package in the build tree, importable with PYTHONPATH=<build>/python: the extension module, and
 # beside it a copy of python/tabulon with the proxy module that SWIG writes.
 set(TABULON_PYTHON_DIR "${PROJECT_BINARY_DIR}/python")
-set(TABULON_PROXY_DIR "${TABULON_PYTHON_DIR}/tabulon")
+set(TABULON_PROXY_DIR "${TABULON_PYTHON_DIR}/tabulon/api")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${TABULON_PYTHON_DIR}")
 
 add_custom_target(tabulon_package ALL

@@ -14,8 +14,8 @@ from pathlib import Path
 from typing import TYPE_CHECKING
 
 import numpy as np
-import tabulon
 from show_run import COLOURS, ExampleError, hide_frame
+from tabulon import api
 
 if TYPE_CHECKING:
     from numpy.typing import NDArray
@@ -26,7 +26,7 @@ SHAFT_POWER = "Shaft power"
 LOSS = "Generator loss"
 
 
-def write_derived(source: tabulon.Run, directory: Path) -> None:
+def write_derived(source: api.Run, directory: Path) -> None:
     """Write shaft power and generator loss of a run as a run named after it."""
     torque = source.get_variable_1d("Generator torque").get_data()
     speed = source.get_variable_1d("Generator speed").get_data()
@@ -34,17 +34,17 @@ def write_derived(source: tabulon.Run, directory: Path) -> None:
     shaft_power = torque * speed
 
     time = electrical.get_independent_variable().get_values_as_number()
-    axis = tabulon.IndependentVariable("Time", "s", float(time[0]), float(time[1] - time[0]))
+    axis = api.IndependentVariable("Time", "s", float(time[0]), float(time[1] - time[0]))
     path = directory / f"{source.get_name()}_derived.%01"
-    group = tabulon.output_group_1d(path, "Shaft", axis, group_config="TRANSIENT")
+    group = api.output_group_1d(path, "Shaft", axis, group_config="TRANSIENT")
     group.add_variable_with_data(SHAFT_POWER, "W", shaft_power)
     group.add_variable_with_data(LOSS, "W", shaft_power - electrical.get_data())
-    tabulon.write_output(group)
+    api.write_output(group)
 
 
-def read_derived(directory: Path, name: str) -> tabulon.Run:
+def read_derived(directory: Path, name: str) -> api.Run:
     """Return the run that was written, as any tool that reads the format finds it."""
-    run = tabulon.get_run(directory, f"{name}_derived")
+    run = api.get_run(directory, f"{name}_derived")
     print(f"{run.get_name()}: {run.get_calculation_descriptive_name()}")
     for channel in (SHAFT_POWER, LOSS):
         variable = run.get_variable_1d(channel)
@@ -53,14 +53,14 @@ def read_derived(directory: Path, name: str) -> tabulon.Run:
     return run
 
 
-def plot(source: tabulon.Run, derived: tabulon.Run, output: Path) -> None:
+def plot(source: api.Run, derived: api.Run, output: Path) -> None:
     """Save both powers over time, and the loss between them."""
     import matplotlib
 
     matplotlib.use("Agg")
     from matplotlib import pyplot
 
-    def megawatts(run: tabulon.Run, channel: str) -> NDArray[np.float64]:
+    def megawatts(run: api.Run, channel: str) -> NDArray[np.float64]:
         return np.asarray(run.get_variable_1d(channel).get_data(), dtype=np.float64) / 1e6
 
     axis = derived.get_variable_1d(SHAFT_POWER).get_independent_variable()
@@ -93,7 +93,7 @@ def main() -> int:
     parser.add_argument("--output", type=Path, default=Path("build/derived.png"))
     arguments = parser.parse_args()
     try:
-        source = tabulon.get_run(HERE / "runs", RUN)
+        source = api.get_run(HERE / "runs", RUN)
         write_derived(source, arguments.directory)
         plot(source, read_derived(arguments.directory, RUN), arguments.output)
     except (ExampleError, RuntimeError, OSError) as error:

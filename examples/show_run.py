@@ -19,7 +19,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 try:
-    import tabulon
+    from tabulon import api
 except ImportError as error:
     sys.exit(
         f"show_run: the package 'tabulon' cannot be imported ({error});"
@@ -73,7 +73,7 @@ def with_unit(name: str, unit: str) -> str:
     return f"{name} [{readable(unit)}]" if unit and unit != "Unitless" else name
 
 
-def describe_axis(axis: tabulon.IndependentVariable) -> str:
+def describe_axis(axis: api.IndependentVariable) -> str:
     """Return name, unit and size of an independent variable."""
     return f"{with_unit(axis.get_name(), axis.get_siunit())} x {axis.get_number_of_values()}"
 
@@ -81,10 +81,10 @@ def describe_axis(axis: tabulon.IndependentVariable) -> str:
 def type_names() -> dict[int, str]:
     """Return the data type names by enumerator."""
     names = ("Float32", "Float64", "Int32")
-    return {int(getattr(tabulon, f"VariableDataType_{name}")): name for name in names}
+    return {int(getattr(api, f"VariableDataType_{name}")): name for name in names}
 
 
-def print_groups(run: tabulon.Run) -> None:
+def print_groups(run: api.Run) -> None:
     """Print a table of the groups of a run and of their variables."""
     types = type_names()
     print(f"Run {run.get_name()}")
@@ -98,7 +98,7 @@ def print_groups(run: tabulon.Run) -> None:
             print(f"     {variable.get_name():<42} {unit:<10} {points:>6} points")
 
 
-def find_group(run: tabulon.Run, variable: str) -> tabulon.Group:
+def find_group(run: api.Run, variable: str) -> api.Group:
     """Return the first group that holds a variable, whatever the case of its name."""
     wanted = variable.casefold()
     for group in run.get_all_groups():
@@ -107,12 +107,12 @@ def find_group(run: tabulon.Run, variable: str) -> tabulon.Group:
     raise ExampleError(f"run '{run.get_name()}' has no variable '{variable}'")
 
 
-def is_two_axis(group: tabulon.Group) -> bool:
+def is_two_axis(group: api.Group) -> bool:
     """Return whether a group has a secondary axis."""
     return len(group.get_independent_variables()) == 2
 
 
-def labels_of(axis: tabulon.IndependentVariable) -> list[str]:
+def labels_of(axis: api.IndependentVariable) -> list[str]:
     """Return the labels of a secondary axis, numbers in short form."""
     return [_short(text) for text in axis.get_values_as_string()]
 
@@ -124,7 +124,7 @@ def _short(text: str) -> str:
         return text
 
 
-def print_statistics(group: tabulon.Group, name: str) -> None:
+def print_statistics(group: api.Group, name: str) -> None:
     """Print mean and extremes of a variable, for each secondary value if it has two axes."""
     unit = group.get_variable(name).get_siunit()
     print(f"\n{with_unit(name, unit)}\n{'':<24}{'mean':>14}{'minimum':>14}{'maximum':>14}")
@@ -147,11 +147,9 @@ def in_plot_unit(values: Iterable[float], unit: str) -> tuple[Array, str]:
     return np.asarray(values, dtype=np.float64) * factor, shown
 
 
-def choose_panels(
-    run: tabulon.Run, chosen: str | None
-) -> list[tuple[tabulon.Group, tuple[str, ...]]]:
+def choose_panels(run: api.Run, chosen: str | None) -> list[tuple[api.Group, tuple[str, ...]]]:
     """Return group and variables of each panel: the overview, and what was asked for."""
-    holders: dict[str, tabulon.Group] = {}
+    holders: dict[str, api.Group] = {}
     for group in run.get_all_groups():
         if not is_two_axis(group):
             for name in group.get_variable_names():
@@ -170,7 +168,7 @@ def choose_panels(
     return panels
 
 
-def choose_map(run: tabulon.Run, chosen: str | None) -> tuple[tabulon.Group, str] | None:
+def choose_map(run: api.Run, chosen: str | None) -> tuple[api.Group, str] | None:
     """Return group and variable of the heat map: a two-axis one, what was asked for if it can."""
     groups = [group for group in run.get_all_groups() if is_two_axis(group)]
     for group in groups:
@@ -187,7 +185,7 @@ def hide_frame(axes: Axes) -> None:
         spine.set_visible(False)
 
 
-def draw_panel(axes: Axes, group: tabulon.Group, names: Sequence[str]) -> None:
+def draw_panel(axes: Axes, group: api.Group, names: Sequence[str]) -> None:
     """Draw one variable, or two with an axis on either side."""
     x = np.asarray(group.get_independent_variables()[0].get_values_as_number())
     for index, name in enumerate(names[:2]):
@@ -214,7 +212,7 @@ def refined(y: Array, values: Array, count: int = 120) -> tuple[Array, Array]:
     return fine, (1.0 - weight) * values[below] + weight * values[above]
 
 
-def draw_map(figure: Figure, axes: Axes, bar: Axes, group: tabulon.Group, name: str) -> None:
+def draw_map(figure: Figure, axes: Axes, bar: Axes, group: api.Group, name: str) -> None:
     """Draw a two-axis variable in colour: primary axis across, secondary axis up."""
     primary, secondary = group.get_independent_variables()
     variable = group.get_variable_2d(name)
@@ -250,7 +248,7 @@ def draw_map(figure: Figure, axes: Axes, bar: Axes, group: tabulon.Group, name: 
     hide_frame(bar)
 
 
-def plot(run: tabulon.Run, chosen: str | None, output: Path) -> None:
+def plot(run: api.Run, chosen: str | None, output: Path) -> None:
     """Save the overview of a run as a picture."""
     try:
         import matplotlib
@@ -285,7 +283,7 @@ def plot(run: tabulon.Run, chosen: str | None, output: Path) -> None:
 
 def show(arguments: argparse.Namespace) -> None:
     """Print the tables and save the plot."""
-    run = tabulon.get_run(str(arguments.directory), arguments.run)
+    run = api.get_run(str(arguments.directory), arguments.run)
     print_groups(run)
     wanted = arguments.variable or "Electrical power"
     group = find_group(run, wanted)

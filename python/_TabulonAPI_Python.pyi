@@ -11,7 +11,7 @@ from typing import Any, Protocol, overload
 
 import numpy as np
 from numpy.typing import NDArray
-from tabulon import _proxy
+from tabulon.api import _proxy
 
 class _Variables(Protocol):
     @property

@@ -4,14 +4,14 @@ import argparse
 import math
 
 import numpy as np
-import tabulon
+from tabulon import api
 
 parser = argparse.ArgumentParser()
 parser.add_argument("directory")
 parser.add_argument("run")
 arguments = parser.parse_args()
 
-run = tabulon.get_run(arguments.directory, arguments.run)
+run = api.get_run(arguments.directory, arguments.run)
 groups = [g for g in run.get_all_groups() if g.get_number_of_independent_variables() == 1]
 assert groups
 for group in groups:

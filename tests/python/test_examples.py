@@ -8,7 +8,7 @@ from pathlib import Path
 
 import numpy as np
 import pytest
-import tabulon
+from tabulon import api
 
 EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
 
@@ -33,11 +33,11 @@ def test_derived_channel_reads_back_as_it_was_derived(tmp_path: Path) -> None:
     assert "powprod_12ms_derived: User-defined output\n" in printed
     assert picture.read_bytes().startswith(b"\x89PNG")
 
-    source = tabulon.get_run(EXAMPLES / "runs", "powprod_12ms")
+    source = api.get_run(EXAMPLES / "runs", "powprod_12ms")
     torque = source.get_variable_1d("Generator torque").get_data()
     speed = source.get_variable_1d("Generator speed").get_data()
-    derived = tabulon.get_run(tmp_path, "powprod_12ms_derived")
-    assert derived.get_calculation_type() == tabulon.CalculationType.UserDefined
+    derived = api.get_run(tmp_path, "powprod_12ms_derived")
+    assert derived.get_calculation_type() == api.CalculationType.UserDefined
     power = derived.get_variable_1d("Shaft power")
     assert np.array_equal(power.get_data(), torque * speed)
     assert power.get_siunit() == "W"

@@ -7,9 +7,9 @@ from pathlib import Path
 from typing import Any
 
 import pytest
-import tabulon
 from support.run_files import RunFiles
 from support.scenarios import group_1d, group_2d
+from tabulon import api
 
 ELEMENTS: dict[str, list[Any]] = {
     "ArrayOfInt": [3, 1, 2],
@@ -26,7 +26,7 @@ values = pytest.mark.parametrize(("name", "elements"), ELEMENTS.items())
 
 @values
 def test_array_is_a_sequence(name: str, elements: list[Any]) -> None:
-    array = getattr(tabulon, name)(elements)
+    array = getattr(api, name)(elements)
     assert isinstance(array, Sequence)
     assert len(array) == 3
     assert list(array) == elements
@@ -41,15 +41,15 @@ def test_array_is_a_sequence(name: str, elements: list[Any]) -> None:
 
 @values
 def test_slice_is_an_array_of_the_class(name: str, elements: list[Any]) -> None:
-    array = getattr(tabulon, name)(elements)
+    array = getattr(api, name)(elements)
     for part in (slice(1, None), slice(None, None, -1), slice(0, 3, 2), slice(2, 1)):
-        assert type(array[part]) is getattr(tabulon, name)
+        assert type(array[part]) is getattr(api, name)
         assert list(array[part]) == elements[part]
 
 
 @values
 def test_array_grows_by_slices(name: str, elements: list[Any]) -> None:
-    array = getattr(tabulon, name)()
+    array = getattr(api, name)()
     assert not array
     array[0:0] = elements
     array[3:3] = elements[:1]
@@ -61,7 +61,7 @@ def test_array_grows_by_slices(name: str, elements: list[Any]) -> None:
 
 @values
 def test_copy_and_sizes(name: str, elements: list[Any]) -> None:
-    cls = getattr(tabulon, name)
+    cls = getattr(api, name)
     array = cls(elements)
     copy = cls(array)
     copy[0] = elements[1]
@@ -71,7 +71,7 @@ def test_copy_and_sizes(name: str, elements: list[Any]) -> None:
 
 
 def test_slice_that_starts_past_the_end_starts_over() -> None:
-    array = tabulon.ArrayOfInt(range(5))
+    array = api.ArrayOfInt(range(5))
     assert list(array[20:25]) == [0, 1, 2, 3, 4]
 
 
@@ -81,28 +81,28 @@ def test_arrays_of_objects_share_them(tmp_path: Path) -> None:
         groups = [group_1d(word), group_2d(word, number=2)]  # type: ignore[arg-type]
         RunFiles(groups, element).write(tmp_path)
     for element in words:
-        run = tabulon.get_run(tmp_path, element)
+        run = api.get_run(tmp_path, element)
         line, area = run.get_variable_1d("Rotor speed"), run.get_variable_2d("Blade moment")
-        line_array = getattr(tabulon, f"ArrayOfVariable1D_{element}")([line])
-        area_array = getattr(tabulon, f"ArrayOfVariable2D_{element}")([area])
+        line_array = getattr(api, f"ArrayOfVariable1D_{element}")([line])
+        area_array = getattr(api, f"ArrayOfVariable2D_{element}")([area])
         assert type(line_array[0]) is type(line)
         assert line_array[0].get_data().ctypes.data == line.get_data().ctypes.data
         assert type(area_array[0]) is type(area)
-        both = tabulon.ArrayOfVariable([line, area])
-        assert [type(variable) for variable in both] == [tabulon.Variable] * 2
+        both = api.ArrayOfVariable([line, area])
+        assert [type(variable) for variable in both] == [api.Variable] * 2
         assert [variable.get_name() for variable in both] == ["Rotor speed", "Blade moment"]
-    runs = tabulon.ArrayOfRun(tabulon.get_runs(tmp_path))
+    runs = api.ArrayOfRun(api.get_runs(tmp_path))
     assert {run.get_name() for run in runs} == set(words)
-    groups = tabulon.ArrayOfGroup(runs[0].get_all_groups())
-    assert {type(group) for group in groups} == {tabulon.Group}
-    axes = tabulon.ArrayOfIndependentVariable(groups[0].get_independent_variables())
+    groups = api.ArrayOfGroup(runs[0].get_all_groups())
+    assert {type(group) for group in groups} == {api.Group}
+    axes = api.ArrayOfIndependentVariable(groups[0].get_independent_variables())
     assert axes[0].get_name() == "Time"
 
 
 def test_array_serves_as_argument(tmp_path: Path) -> None:
-    time = tabulon.IndependentVariable("Time", "s", tabulon.ArrayOfDouble([0.0, 0.5]))
-    group = tabulon.output_group_1d(tmp_path / "out.%01", "Mine", time)
-    group.add_variable_with_data("Power", "W", tabulon.ArrayOfFloat([1.5, 2.5]))
-    tabulon.write_output(group)
-    found = tabulon.get_run(tmp_path, "out").get_variable_1d("Power")
+    time = api.IndependentVariable("Time", "s", api.ArrayOfDouble([0.0, 0.5]))
+    group = api.output_group_1d(tmp_path / "out.%01", "Mine", time)
+    group.add_variable_with_data("Power", "W", api.ArrayOfFloat([1.5, 2.5]))
+    api.write_output(group)
+    found = api.get_run(tmp_path, "out").get_variable_1d("Power")
     assert found.get_data_as_tuple() == (1.5, 2.5)

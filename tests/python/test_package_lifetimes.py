@@ -8,9 +8,9 @@ from pathlib import Path
 
 import numpy as np
 import pytest
-import tabulon
 from support.run_files import RunFiles
 from support.scenarios import group_1d, group_2d
+from tabulon import api
 
 POWER = [2.25, -2.75, 7.25, 5.25, 1.25]
 
@@ -23,20 +23,20 @@ def folder(tmp_path: Path) -> Path:
 
 def forget() -> None:
     """Drop all that can be dropped, and put something else in its place."""
-    tabulon.clear_runs()
+    api.clear_runs()
     gc.collect()
     for size in (5, 15):
         np.full(size, 99, dtype=np.float32).tolist()
 
 
 def test_array_outlives_variable_run_and_cache(folder: Path) -> None:
-    data = tabulon.get_run(folder, "run").get_variable_1d("Electrical power").get_data()
+    data = api.get_run(folder, "run").get_variable_1d("Electrical power").get_data()
     forget()
     assert data.tolist() == POWER
 
 
 def test_array_outlives_an_unload(folder: Path) -> None:
-    run = tabulon.get_run(folder, "run")
+    run = api.get_run(folder, "run")
     data = run.get_variable_1d("Electrical power").get_data()
     assert run.unload_variable("Electrical power") is True
     forget()
@@ -45,14 +45,14 @@ def test_array_outlives_an_unload(folder: Path) -> None:
 
 
 def test_row_outlives_its_table(folder: Path) -> None:
-    row = tabulon.get_run(folder, "run").get_variable_2d("Blade moment").get_data_at_value(20.5)
+    row = api.get_run(folder, "run").get_variable_2d("Blade moment").get_data_at_value(20.5)
     expected = group_2d().variables[0].values[1].tolist()
     forget()
     assert row.tolist() == expected
 
 
 def test_axis_values_outlive_the_axis(folder: Path) -> None:
-    group = tabulon.get_run(folder, "run").get_group("Blade loads")
+    group = api.get_run(folder, "run").get_group("Blade loads")
     time, stations = (axis.get_values_as_number() for axis in group.get_independent_variables())
     del group
     forget()
@@ -61,7 +61,7 @@ def test_axis_values_outlive_the_axis(folder: Path) -> None:
 
 
 def test_two_arrays_share_the_data(folder: Path) -> None:
-    variable = tabulon.get_run(folder, "run").get_variable_1d("Electrical power")
+    variable = api.get_run(folder, "run").get_variable_1d("Electrical power")
     first, second = variable.get_data(), variable.get_data()
     first[0] = 8.5
     assert second[0] == 8.5
@@ -69,15 +69,15 @@ def test_two_arrays_share_the_data(folder: Path) -> None:
 
 
 def test_whole_table_is_a_copy(folder: Path) -> None:
-    variable = tabulon.get_run(folder, "run").get_variable_2d("Blade moment")
+    variable = api.get_run(folder, "run").get_variable_2d("Blade moment")
     before = variable.get_data_at_index(0)[0]
     variable.get_data_for_all_independent_variable_values()[0, 0] = 99.0
     assert variable.get_data_at_index(0)[0] == before
 
 
 def test_group_keeps_its_run(folder: Path) -> None:
-    with tabulon.settings(run_caching_enabled=False):
-        group = tabulon.get_run(folder, "run").get_group("Summary")
+    with api.settings(run_caching_enabled=False):
+        group = api.get_run(folder, "run").get_group("Summary")
         forget()
         variable = group.get_variable_1d("Electrical power")
         assert variable.get_data().tolist() == POWER
@@ -85,15 +85,15 @@ def test_group_keeps_its_run(folder: Path) -> None:
 
 
 def test_variable_keeps_its_run(folder: Path) -> None:
-    with tabulon.settings(run_caching_enabled=False):
-        variable = tabulon.get_run(folder, "run").get_variable_1d("Electrical power")
+    with api.settings(run_caching_enabled=False):
+        variable = api.get_run(folder, "run").get_variable_1d("Electrical power")
         forget()
         assert variable.get_maximum_contemporaneous("Tower moment") == 400.25
         assert variable.get_parent_group_header_file_full_path() == str(folder / "run.%01")
 
 
 def test_what_is_dropped_goes(folder: Path) -> None:
-    run = tabulon.get_run(folder, "run")
+    run = api.get_run(folder, "run")
     variable = run.get_group("Summary").get_variable_1d("Electrical power")
     gone = [weakref.ref(run), weakref.ref(variable)]
     del run, variable
@@ -101,14 +101,14 @@ def test_what_is_dropped_goes(folder: Path) -> None:
 
 
 def test_output_group_keeps_its_axes(tmp_path: Path) -> None:
-    def make() -> tabulon.OutputGroup2D[float]:
-        time = tabulon.IndependentVariable("Time", "s", 0.0, 0.5)
-        stations = tabulon.IndependentVariable("Distance", "m", [1.0, 2.0])
-        return tabulon.output_group_2d(tmp_path / "out.%01", "Mine", time, stations)
+    def make() -> api.OutputGroup2D[float]:
+        time = api.IndependentVariable("Time", "s", 0.0, 0.5)
+        stations = api.IndependentVariable("Distance", "m", [1.0, 2.0])
+        return api.output_group_2d(tmp_path / "out.%01", "Mine", time, stations)
 
     group = make()
     forget()
     group.add_variable_with_data("Moment", "Nm", np.ones((2, 3)))
-    tabulon.write_output(group)
-    found = tabulon.get_run(tmp_path, "out").get_variable_2d("Moment")
+    api.write_output(group)
+    found = api.get_run(tmp_path, "out").get_variable_2d("Moment")
     assert found.get_data_at_value(2.0).tolist() == [1.0, 1.0, 1.0]

@@ -7,29 +7,29 @@ from typing import Any
 
 import numpy as np
 import pytest
-import tabulon
 from support.run_files import GroupFiles, IntervalAxis, RunFiles, ValueAxis, Variable
+from tabulon import api
 
 DTYPES = ["float32", "float64", "int32"]
 SHAPE = (3, 4)
 LABELS = [0.0, 20.5, 41.0]
 
 
-def time() -> tabulon.IndependentVariable:
-    return tabulon.IndependentVariable("Time", "s", 0.0, 0.5)
+def time() -> api.IndependentVariable:
+    return api.IndependentVariable("Time", "s", 0.0, 0.5)
 
 
-def stations() -> tabulon.IndependentVariable:
-    return tabulon.IndependentVariable("Distance", "m", LABELS)
+def stations() -> api.IndependentVariable:
+    return api.IndependentVariable("Distance", "m", LABELS)
 
 
 def group_1d(folder: Path, dtype: str = "float32", **options: Any) -> Any:  # noqa: ANN401
-    return tabulon.output_group_1d(folder / "out.%01", "Mine", time(), dtype=dtype, **options)
+    return api.output_group_1d(folder / "out.%01", "Mine", time(), dtype=dtype, **options)
 
 
 def group_2d(folder: Path, dtype: str = "float32", **options: Any) -> Any:  # noqa: ANN401
     path = folder / "out.%01"
-    return tabulon.output_group_2d(path, "Mine", time(), stations(), dtype=dtype, **options)
+    return api.output_group_2d(path, "Mine", time(), stations(), dtype=dtype, **options)
 
 
 def table(dtype: str) -> np.ndarray[Any, Any]:
@@ -63,12 +63,12 @@ FORMS_2D = FORMS_1D | {
 
 def test_array_that_is_written_stays_as_it_is(tmp_path: Path) -> None:
     group = group_1d(tmp_path)
-    data = tabulon.ArrayOfFloat([1.0, 2.0])
+    data = api.ArrayOfFloat([1.0, 2.0])
     group.add_variable_with_data("Parts", "m", data)
     group.append_data("Parts", data)
     assert list(data) == [1.0, 2.0]
-    tabulon.write_output(group)
-    read = tabulon.get_run(tmp_path, "out").get_variable_1d("Parts")
+    api.write_output(group)
+    read = api.get_run(tmp_path, "out").get_variable_1d("Parts")
     assert read.get_data().tolist() == [1.0, 2.0, 1.0, 2.0]
 
 
@@ -77,14 +77,14 @@ def test_array_that_is_written_stays_as_it_is(tmp_path: Path) -> None:
 @pytest.mark.parametrize("form", FORMS_1D)
 def test_one_axis_data_in_any_form(form: str, dtype: str, text: bool, tmp_path: Path) -> None:
     values = table(dtype)[0]
-    data_format = tabulon.VariableDataFormat["ASCII" if text else "Binary"]
+    data_format = api.VariableDataFormat["ASCII" if text else "Binary"]
     group = group_1d(tmp_path, dtype, variable_data_format=data_format)
     group.add_variable_with_data("Whole", "W", FORMS_1D[form](values))
     group.add_variable("Parts", "rad/s")
     group.append_data("Parts", FORMS_1D[form](values[:1]))
     group.append_data("parts", FORMS_1D[form](values[1:]))
-    assert tabulon.write_output(group) is True
-    run = tabulon.get_run(tmp_path, "out")
+    assert api.write_output(group) is True
+    run = api.get_run(tmp_path, "out")
     for name, unit in (("Whole", "W"), ("Parts", "rad/s")):
         variable = run.get_variable_1d(name)
         assert variable.get_siunit() == unit
@@ -97,14 +97,14 @@ def test_one_axis_data_in_any_form(form: str, dtype: str, text: bool, tmp_path: 
 @pytest.mark.parametrize("form", FORMS_2D)
 def test_two_axis_data_in_any_form(form: str, dtype: str, text: bool, tmp_path: Path) -> None:
     values = table(dtype)
-    data_format = tabulon.VariableDataFormat["ASCII" if text else "Binary"]
+    data_format = api.VariableDataFormat["ASCII" if text else "Binary"]
     group = group_2d(tmp_path, dtype, variable_data_format=data_format)
     group.add_variable_with_data("Whole", "Nm", FORMS_2D[form](values))
     group.add_variable("Parts", "m")
     group.append_data("Parts", FORMS_2D[form](values[:, :1]))
     group.append_data("Parts", FORMS_2D[form](values[:, 1:]))
-    assert tabulon.write_output(group) is True
-    run = tabulon.get_run(tmp_path, "out")
+    assert api.write_output(group) is True
+    run = api.get_run(tmp_path, "out")
     for name in ("Whole", "Parts"):
         found = run.get_variable_2d(name).get_data_for_all_independent_variable_values()
         assert found.dtype == dtype
@@ -116,7 +116,7 @@ def test_files_are_those_of_the_format(dtype: str, tmp_path: Path) -> None:
     group = group_2d(tmp_path, dtype, data_source="POWPROD", group_config="TRANSIENT")
     group.add_variable_with_data("Moment", "Nm", table(dtype))
     group.add_variable_with_data("Force", "N", table(dtype)[:, ::-1])
-    tabulon.write_output(group)
+    api.write_output(group)
     expected = GroupFiles(
         "Mine",
         [
@@ -155,13 +155,13 @@ def test_wrong_shape_over_one_axis_says_what_was_expected(
 
 
 def test_secondary_interval_takes_any_number_of_rows(tmp_path: Path) -> None:
-    heights = tabulon.IndependentVariable("Height", "m", 1.0, 2.0)
-    group = tabulon.output_group_2d(tmp_path / "out.%01", "Mine", time(), heights)
+    heights = api.IndependentVariable("Height", "m", 1.0, 2.0)
+    group = api.output_group_2d(tmp_path / "out.%01", "Mine", time(), heights)
     with pytest.raises(ValueError, match=r"shape \(secondary values, points\), not \(5,\)"):
         group.add_variable_with_data("Speed", "m/s", np.zeros(5))
     group.add_variable_with_data("Wind speed", "m/s", np.ones((5, 2)))
-    tabulon.write_output(group)
-    found = tabulon.get_run(tmp_path, "out").get_variable_2d("Wind speed")
+    api.write_output(group)
+    found = api.get_run(tmp_path, "out").get_variable_2d("Wind speed")
     assert found.get_data_for_all_independent_variable_values().shape == (5, 2)
     heights = found.get_independent_variable("height")
     np.testing.assert_array_equal(heights.get_values_as_number(), [1.0, 3.0, 5.0, 7.0, 9.0])
@@ -197,14 +197,14 @@ def test_values_that_do_not_fit_are_refused(
 def test_extreme_floats_pass(value: float, tmp_path: Path) -> None:
     group = group_1d(tmp_path)
     group.add_variable_with_data("Power", "W", np.array([value]))
-    tabulon.write_output(group)
-    found = tabulon.get_run(tmp_path, "out").get_variable_1d("Power").get_data()
+    api.write_output(group)
+    found = api.get_run(tmp_path, "out").get_variable_1d("Power").get_data()
     np.testing.assert_array_equal(found, np.array([value], dtype=np.float32))
 
 
 def test_rows_are_checked_against_the_labels(tmp_path: Path) -> None:
-    wind = tabulon.IndependentVariable("Wind speed", "m/s", [4.0, 8.0])
-    group = tabulon.output_group_1d(tmp_path / "out.%01", "Curve", wind)
+    wind = api.IndependentVariable("Wind speed", "m/s", [4.0, 8.0])
+    group = api.output_group_1d(tmp_path / "out.%01", "Curve", wind)
     with pytest.raises(RuntimeError, match="number of primary axis labels = 2"):
         group.add_variable_with_data("Power", "W", np.zeros(3))
 
@@ -213,7 +213,7 @@ def test_rows_are_checked_against_the_labels(tmp_path: Path) -> None:
 @pytest.mark.parametrize("dtype", DTYPES)
 def test_class_follows_the_type(dimensions: str, dtype: str, tmp_path: Path) -> None:
     make = group_1d if dimensions == "1D" else group_2d
-    cls = getattr(tabulon, f"OutputGroup{dimensions}_{dtype.capitalize()}")
+    cls = getattr(api, f"OutputGroup{dimensions}_{dtype.capitalize()}")
     assert type(make(tmp_path, dtype)) is cls
     assert type(make(tmp_path, np.dtype(dtype).type)) is cls
 
@@ -225,53 +225,53 @@ def test_other_types_are_refused(dtype: Any, tmp_path: Path) -> None:  # noqa: A
 
 
 def test_constructor_takes_all_that_a_header_holds(tmp_path: Path) -> None:
-    group = tabulon.OutputGroup1D_Float64(
+    group = api.OutputGroup1D_Float64(
         group_path=tmp_path / "out.%07",
         group_name="Mine",
         data_source="UserDefined",
         group_config="LIST",
         independent_variable=time(),
-        variable_data_format=tabulon.VariableDataFormat_ASCII,
+        variable_data_format=api.VariableDataFormat_ASCII,
     )
     assert group.get_path() == str(tmp_path / "out.%07")
     assert group.get_data_file_path() == str(tmp_path / "out.$07")
     assert group.get_group_name() == "Mine"
     assert group.get_data_source() == "UserDefined"
     assert group.get_group_config() == "LIST"
-    assert group.get_variable_data_format() is tabulon.VariableDataFormat.ASCII
-    assert group.get_file_format() is tabulon.FileFormat.Tolvan
+    assert group.get_variable_data_format() is api.VariableDataFormat.ASCII
+    assert group.get_file_format() is api.FileFormat.Tolvan
     group.add_variable_with_data("Power", "W", [1.0])
-    tabulon.write_output(group)
-    run = tabulon.get_run(tmp_path, "out")
-    assert run.get_calculation_type() is tabulon.CalculationType.UserDefined
+    api.write_output(group)
+    run = api.get_run(tmp_path, "out")
+    assert run.get_calculation_type() is api.CalculationType.UserDefined
 
 
 def test_two_axis_constructor(tmp_path: Path) -> None:
-    group = tabulon.OutputGroup2D_Int32(
+    group = api.OutputGroup2D_Int32(
         tmp_path / "out.%01", "Mine", "UserDefined", "TABLE", time(), stations()
     )
-    assert isinstance(group, tabulon.OutputGroup2D)
-    assert group.get_variable_data_format() is tabulon.VariableDataFormat.Binary
+    assert isinstance(group, api.OutputGroup2D)
+    assert group.get_variable_data_format() is api.VariableDataFormat.Binary
 
 
 def test_existing_output_can_be_kept(tmp_path: Path) -> None:
     RunFiles(name="out").write(tmp_path)
     group = group_1d(tmp_path)
     group.add_variable_with_data("Power", "W", [1.0])
-    assert tabulon.write_output(group)
-    keep = tabulon.OverwriteBehaviour.DoNotOverwriteExistingOutput
-    assert tabulon.write_output(group, keep) is False
-    assert tabulon.write_output(group) is True
+    assert api.write_output(group)
+    keep = api.OverwriteBehaviour.DoNotOverwriteExistingOutput
+    assert api.write_output(group, keep) is False
+    assert api.write_output(group) is True
 
 
 def test_output_without_termination_file_is_no_run(tmp_path: Path) -> None:
     group = group_1d(tmp_path)
     group.add_variable_with_data("Power", "W", [1.0])
-    group.set_tefile_creation(tabulon.TEFileCreation.DoNotCreate)
-    assert tabulon.write_output(group)
+    group.set_tefile_creation(api.TEFileCreation.DoNotCreate)
+    assert api.write_output(group)
     assert tmp_path.joinpath("out.%01").exists()
     with pytest.raises(RuntimeError, match="Run was not found"):
-        tabulon.get_run(tmp_path, "out")
+        api.get_run(tmp_path, "out")
 
 
 def test_units_with_signs_find_their_quantity(tmp_path: Path) -> None:
@@ -279,8 +279,8 @@ def test_units_with_signs_find_their_quantity(tmp_path: Path) -> None:
     group.add_variable_with_data("Acceleration", "m/s²", [1.0])
     group.add_variable("Volume", "m³")
     group.append_data("Volume", [2.0])
-    tabulon.write_output(group)
-    run = tabulon.get_run(tmp_path, "out")
+    api.write_output(group)
+    run = api.get_run(tmp_path, "out")
     for name, code, unit in (("Acceleration", "L/TT", "m/s²"), ("Volume", "LLL", "m³")):
         assert run.get_variable(name).get_quantity_code() == code
         assert run.get_variable(name).get_siunit() == unit
@@ -300,10 +300,10 @@ def test_units_with_signs_find_their_quantity(tmp_path: Path) -> None:
 def test_independent_variables_are_made_from_what_numpy_gives(
     values: tuple[Any, ...], kind: str, texts: tuple[str, ...] | None
 ) -> None:
-    variable = tabulon.IndependentVariable("Axis", "m", *values)
+    variable = api.IndependentVariable("Axis", "m", *values)
     assert variable.get_name() == "Axis"
     assert variable.get_siunit() == "m"
-    assert variable.get_axis_type() is tabulon.AxisTypeId[kind]
+    assert variable.get_axis_type() is api.AxisTypeId[kind]
     if texts:
         assert variable.get_values_as_string() == texts
     elif kind == "LabelledValueAxis":

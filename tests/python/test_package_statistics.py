@@ -9,7 +9,6 @@ from typing import Any, TypeAlias
 
 import numpy as np
 import pytest
-import tabulon
 from hypothesis import given
 from hypothesis import strategies as st
 from numpy.typing import NDArray
@@ -22,15 +21,16 @@ from support.scenarios import (
     group_1d,
     group_2d,
 )
-from tabulon._header import count_statistics_blocks
+from tabulon import api
+from tabulon.api._header import count_statistics_blocks
 
-Preparation: TypeAlias = Callable[[tabulon.Run, Scenario], None]
+Preparation: TypeAlias = Callable[[api.Run, Scenario], None]
 
 scenarios_1d = pytest.mark.parametrize("scenario", SCENARIOS_1D, ids=lambda s: s.name)
 scenarios_2d = pytest.mark.parametrize("scenario", SCENARIOS_2D, ids=lambda s: s.name)
 
 
-def load(run: tabulon.Run, name: str, *indices: int) -> None:
+def load(run: api.Run, name: str, *indices: int) -> None:
     variable = run.get_variable(name)
     if variable.get_number_of_independent_variables() == 1:
         run.get_variable_1d(name).get_data()
@@ -39,29 +39,29 @@ def load(run: tabulon.Run, name: str, *indices: int) -> None:
         run.get_variable_2d(name).get_data_at_index(index)
 
 
-def nothing(run: tabulon.Run, scenario: Scenario) -> None:
+def nothing(run: api.Run, scenario: Scenario) -> None:
     """Leave the group as it is."""
 
 
-def first_variable(run: tabulon.Run, scenario: Scenario) -> None:
+def first_variable(run: api.Run, scenario: Scenario) -> None:
     load(run, next(iter(scenario.values)), 0)
 
 
-def last_variable(run: tabulon.Run, scenario: Scenario) -> None:
+def last_variable(run: api.Run, scenario: Scenario) -> None:
     load(run, list(scenario.values)[-1], 1)
 
 
-def all_variables(run: tabulon.Run, scenario: Scenario) -> None:
+def all_variables(run: api.Run, scenario: Scenario) -> None:
     for name in scenario.values:
         load(run, name, 0, 1, 2)
 
 
-def all_but_the_first(run: tabulon.Run, scenario: Scenario) -> None:
+def all_but_the_first(run: api.Run, scenario: Scenario) -> None:
     all_variables(run, scenario)
     run.unload_variable(next(iter(scenario.values)))
 
 
-def none_any_more(run: tabulon.Run, scenario: Scenario) -> None:
+def none_any_more(run: api.Run, scenario: Scenario) -> None:
     all_variables(run, scenario)
     for name in scenario.values:
         run.unload_variable(name)
@@ -88,7 +88,7 @@ def at(values: NDArray[Any], index: np.intp) -> float:
 @preparations
 @scenarios_1d
 def test_figures_over_one_axis(scenario: Scenario, prepare: Preparation, tmp_path: Path) -> None:
-    run = tabulon.get_run(scenario.write(tmp_path), scenario.run)
+    run = api.get_run(scenario.write(tmp_path), scenario.run)
     prepare(run, scenario)
     for name, values in scenario.values.items():
         variable = run.get_variable_1d(name)
@@ -105,7 +105,7 @@ def test_figures_over_one_axis(scenario: Scenario, prepare: Preparation, tmp_pat
 @preparations
 @scenarios_2d
 def test_figures_over_two_axes(scenario: Scenario, prepare: Preparation, tmp_path: Path) -> None:
-    run = tabulon.get_run(scenario.write(tmp_path), scenario.run)
+    run = api.get_run(scenario.write(tmp_path), scenario.run)
     prepare(run, scenario)
     for name, table in scenario.values.items():
         variable = run.get_variable_2d(name)
@@ -125,7 +125,7 @@ def test_figures_over_two_axes(scenario: Scenario, prepare: Preparation, tmp_pat
 def test_figures_at_secondary_value(
     scenario: Scenario, prepare: Preparation, tmp_path: Path
 ) -> None:
-    run = tabulon.get_run(scenario.write(tmp_path), scenario.run)
+    run = api.get_run(scenario.write(tmp_path), scenario.run)
     prepare(run, scenario)
     axis = scenario.group.secondary
     assert axis is not None
@@ -160,8 +160,8 @@ steps = st.lists(st.tuples(st.sampled_from(NAMES), st.integers(-1, 2)), max_size
 def test_figures_hold_whatever_was_read_before(
     partly_described: Path, steps: list[tuple[str, int]], name: str, index: int
 ) -> None:
-    tabulon.clear_runs()
-    run = tabulon.get_run(partly_described, "run")
+    api.clear_runs()
+    run = api.get_run(partly_described, "run")
     for step, at_index in steps:
         if at_index < 0:
             run.unload_variable(step)
@@ -182,7 +182,7 @@ def test_figures_have_the_type_of_the_data(
     word: Word, kind: type, statistics: int | None, tmp_path: Path
 ) -> None:
     RunFiles([group_1d(word, statistics_blocks=statistics)]).write(tmp_path)
-    variable = tabulon.get_run(tmp_path, "run").get_variable_1d("Rotor speed")
+    variable = api.get_run(tmp_path, "run").get_variable_1d("Rotor speed")
     assert type(variable.get_maximum()) is kind
     assert type(variable.get_minimum()) is kind
     assert type(variable.get_maximum_contemporaneous("Tower moment")) is kind
@@ -194,7 +194,7 @@ def test_header_answers_without_the_data_file(tmp_path: Path) -> None:
     RunFiles(groups).write(tmp_path)
     for number in (1, 2):
         tmp_path.joinpath(f"run.$0{number}").unlink()
-    run = tabulon.get_run(tmp_path, "run")
+    run = api.get_run(tmp_path, "run")
     assert run.get_variable_1d("Rotor speed").get_maximum() == 60.25
     assert run.get_variable_1d("Rotor speed").get_mean() == pytest.approx(24.25)
     assert run.get_variable_1d("Rotor speed").get_minimum_contemporaneous("Tower moment") == 400.25
@@ -211,7 +211,7 @@ def test_header_answers_unless_all_is_loaded(
     prepare: Preparation, text: bool, tmp_path: Path
 ) -> None:
     scenario = Scenario("", group_1d(text=text, statistics_offset=1000.0))
-    run = tabulon.get_run(scenario.write(tmp_path), "run")
+    run = api.get_run(scenario.write(tmp_path), "run")
     prepare(run, scenario)
     variable = run.get_variable_1d("Rotor speed")
     assert variable.get_maximum() == 1060.25
@@ -221,7 +221,7 @@ def test_header_answers_unless_all_is_loaded(
 
 def test_only_what_a_figure_needs_is_read(tmp_path: Path) -> None:
     scenario = Scenario("", group_2d(text=True, statistics_blocks=0))
-    run = tabulon.get_run(scenario.write(tmp_path), "run")
+    run = api.get_run(scenario.write(tmp_path), "run")
     moment = run.get_variable_2d("Blade moment")
     assert moment.get_maximum_at_index(1) == 6 - 3 + 2.75
     tmp_path.joinpath("run.$01").unlink()
@@ -240,7 +240,7 @@ def test_missing_sibling_is_told(blocks: int | None, tmp_path: Path) -> None:
         group_1d(statistics_blocks=blocks),
         group_2d(number=2, statistics_blocks=blocks),
     ]
-    run = tabulon.get_run(RunFiles(groups).write(tmp_path), "run")
+    run = api.get_run(RunFiles(groups).write(tmp_path), "run")
     with pytest.raises(RuntimeError):
         run.get_variable_1d("Rotor speed").get_maximum_contemporaneous("Torque")
     with pytest.raises(RuntimeError):
@@ -253,15 +253,15 @@ def test_sibling_is_found_in_the_own_group(tmp_path: Path) -> None:
     first = group_1d(statistics_blocks=0)
     doubled = [replace(v, values=2 * v.values) for v in first.variables]
     second = replace(first, name="Doubled", number=2, variables=doubled)
-    run = tabulon.get_run(RunFiles([first, second]).write(tmp_path), "run")
+    run = api.get_run(RunFiles([first, second]).write(tmp_path), "run")
     for name, factor in (("Summary", 1), ("Doubled", 2)):
         variable = run.get_group(name).get_variable_1d("Rotor speed")
         assert variable.get_maximum_contemporaneous("Tower moment") == factor * 300.25
 
 
 def test_variable_without_its_run_says_how_to_get_the_figure(tmp_path: Path) -> None:
-    run = tabulon.get_run(RunFiles([group_1d(statistics_blocks=0)]).write(tmp_path), "run")
-    (variable,) = tabulon.ArrayOfVariable1D_Float32([run.get_variable_1d("Rotor speed")])
+    run = api.get_run(RunFiles([group_1d(statistics_blocks=0)]).write(tmp_path), "run")
+    (variable,) = api.ArrayOfVariable1D_Float32([run.get_variable_1d("Rotor speed")])
     assert variable.get_mean() == pytest.approx(24.25)
     with pytest.raises(RuntimeError) as raised:
         variable.get_maximum_contemporaneous("Tower moment")
@@ -273,8 +273,8 @@ def test_variable_without_its_run_says_how_to_get_the_figure(tmp_path: Path) -> 
 
 def test_unsupported_calculation_has_figures_too(tmp_path: Path) -> None:
     group = group_1d(statistics_blocks=0, content="something else")
-    run = tabulon.get_run(RunFiles([group]).write(tmp_path), "run")
-    assert run.get_calculation_type() is tabulon.CalculationType.Unknown
+    run = api.get_run(RunFiles([group]).write(tmp_path), "run")
+    assert run.get_calculation_type() is api.CalculationType.Unknown
     run.get_variable_1d("Electrical power").get_data()
     variable = run.get_variable_1d("Tower moment")
     assert variable.get_mean() == pytest.approx(180.25)
@@ -283,7 +283,7 @@ def test_unsupported_calculation_has_figures_too(tmp_path: Path) -> None:
 
 def test_header_that_gains_statistics_answers_from_then_on(tmp_path: Path) -> None:
     group = group_1d(statistics_blocks=0)
-    run = tabulon.get_run(RunFiles([group]).write(tmp_path), "run")
+    run = api.get_run(RunFiles([group]).write(tmp_path), "run")
     run.get_variable_1d("Tower moment").get_data()
     assert run.get_variable_1d("Rotor speed").get_mean() == pytest.approx(24.25)
     replace(group, statistics_blocks=None, statistics_offset=1000.0).write(tmp_path, "run")
@@ -294,7 +294,7 @@ def test_empty_group_has_no_figures(tmp_path: Path) -> None:
     empty = [replace(v, values=v.values[:0]) for v in group_1d().variables]
     axis = replace(group_1d().primary, size=0)
     group = group_1d(primary=axis, variables=empty, statistics_blocks=0)
-    run = tabulon.get_run(RunFiles([group]).write(tmp_path), "run")
+    run = api.get_run(RunFiles([group]).write(tmp_path), "run")
     variable = run.get_variable_1d("Rotor speed")
     assert variable.get_data().shape == (0,)
     for figure in (variable.get_mean, variable.get_maximum, variable.get_minimum):

@@ -9,8 +9,8 @@ from pathlib import Path
 
 import _TabulonAPI_Python as native
 import pytest
-import tabulon
-from tabulon import _proxy
+from tabulon import api
+from tabulon.api import _proxy
 
 PROXIES = {
     name: cls
@@ -22,12 +22,12 @@ ENUMERATORS = [
     for name, value in vars(native).items()
     if isinstance(value, int) and name != "SHARED_PTR_DISOWN"
 ]
-STUBS = Path(tabulon.__file__).parent
+STUBS = Path(api.__file__).parent
 
 
 @pytest.mark.parametrize("name", PROXIES)
 def test_class_of_the_package_extends_the_generated_one(name: str) -> None:
-    cls = getattr(tabulon, name)
+    cls = getattr(api, name)
     assert cls is not PROXIES[name]
     assert issubclass(cls, PROXIES[name])
     assert inspect.getdoc(cls)
@@ -36,16 +36,16 @@ def test_class_of_the_package_extends_the_generated_one(name: str) -> None:
 @pytest.mark.parametrize("name", ENUMERATORS)
 def test_enumerator_is_an_integer_and_a_member(name: str) -> None:
     family, member = name.split("_", 1)
-    assert type(getattr(tabulon, name)) is int
-    assert getattr(tabulon, name) == getattr(native, name)
-    assert getattr(tabulon, family)[member] == getattr(native, name)
+    assert type(getattr(api, name)) is int
+    assert getattr(api, name) == getattr(native, name)
+    assert getattr(api, family)[member] == getattr(native, name)
 
 
 def test_enumerations_have_no_other_members() -> None:
     families = {name.split("_", 1)[0] for name in ENUMERATORS}
     classes = {
         name: cls
-        for name, cls in vars(tabulon).items()
+        for name, cls in vars(api).items()
         if inspect.isclass(cls) and issubclass(cls, enum.Enum)
     }
     assert set(classes) == families
@@ -54,16 +54,16 @@ def test_enumerations_have_no_other_members() -> None:
 
 def test_families_of_the_class_templates_have_a_common_base() -> None:
     for family in ("Variable1D", "Variable2D", "OutputGroup1D", "OutputGroup2D"):
-        base = getattr(tabulon, family)
+        base = getattr(api, family)
         for element in ("Float32", "Float64", "Int32"):
-            assert issubclass(getattr(tabulon, f"{family}_{element}"), base)
-    assert issubclass(tabulon.Variable1D, tabulon.Variable)
-    assert issubclass(tabulon.OutputGroup2D, tabulon.OutputGroup)
+            assert issubclass(getattr(api, f"{family}_{element}"), base)
+    assert issubclass(api.Variable1D, api.Variable)
+    assert issubclass(api.OutputGroup2D, api.OutputGroup)
 
 
 def test_every_public_operation_is_documented() -> None:
     for name in PROXIES:
-        cls = getattr(tabulon, name)
+        cls = getattr(api, name)
         for operation, member in inspect.getmembers(cls, callable):
             if not operation.startswith("_"):
                 assert inspect.getdoc(member), f"{name}.{operation}"
@@ -75,7 +75,7 @@ def stubbed(stub: Path) -> ast.Module:
 
 def test_stub_of_the_extension_names_what_it_exports() -> None:
     names = set()
-    for node in stubbed(STUBS.parent / "_TabulonAPI_Python.pyi").body:
+    for node in stubbed(STUBS.parents[1] / "_TabulonAPI_Python.pyi").body:
         if isinstance(node, ast.FunctionDef):
             names.add(node.name)
         elif isinstance(node, ast.AnnAssign):

@@ -14,7 +14,6 @@ from pathlib import Path
 from typing import Any
 
 import _TabulonAPI_Python as native
-import tabulon
 from hypothesis import HealthCheck, settings
 from hypothesis import strategies as st
 from hypothesis.stateful import RuleBasedStateMachine, initialize, invariant, precondition, rule
@@ -22,6 +21,7 @@ from support.cache_model import TARGETS, GroupCache, LibraryModel, Refused, RunC
 from support.changing_run import SHAPES, ChangingRun
 from support.data_work import WORK, DataWork, HeldArray, HeldVariable
 from support.flat import DATA_TYPES, SUFFIXES, Flat, get_run
+from tabulon import api
 
 EXAMPLES = int(os.environ.get("TABULON_STATEFUL_EXAMPLES", "200"))
 STEPS = int(os.environ.get("TABULON_STATEFUL_STEPS", "30"))
@@ -36,10 +36,10 @@ picks = st.integers(0, 1000)
 
 def use_defaults() -> None:
     """Begin as a new process does."""
-    tabulon.clear_runs()
-    tabulon.set_buffered_read_enabled(True)
-    tabulon.set_run_caching_enabled(True)
-    tabulon.set_data_type_for_reading(0)
+    api.clear_runs()
+    api.set_buffered_read_enabled(True)
+    api.set_run_caching_enabled(True)
+    api.set_data_type_for_reading(0)
 
 
 class Walk(RuleBasedStateMachine, DataWork):

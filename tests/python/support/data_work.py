@@ -7,8 +7,8 @@ from dataclasses import dataclass
 from typing import Any, TypeVar
 
 import _TabulonAPI_Python as native
-import tabulon
 from numpy.typing import NDArray
+from tabulon import api
 
 from support.cache_model import GroupCache, LibraryModel, Loaded, Refused, RunCache
 from support.changing_run import SHAPES, STATIONS, ChangingRun, GroupShape
@@ -162,4 +162,4 @@ class DataWork:
     def set_buffered(self, *, on: bool, by_package: bool) -> None:
         self.model.set_buffered(value=on)
         flat = native.TabulonApi_CacheSettings_set_buffered_read_enabled
-        (tabulon.set_buffered_read_enabled if by_package else flat)(on)
+        (api.set_buffered_read_enabled if by_package else flat)(on)

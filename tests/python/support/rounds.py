@@ -88,10 +88,10 @@ def searches(folder: Path, _count: int) -> None:
 
 
 def the_package(folder: Path, count: int) -> None:
-    import tabulon
+    from tabulon import api
 
-    tabulon.clear_runs()
-    run = tabulon.get_run(folder, "run")
+    api.clear_runs()
+    run = api.get_run(folder, "run")
     group, name, _, axes = FORMS[count % 3]
     if axes == 1:
         variable = run.get_group(group).get_variable_1d(name)

@@ -12,11 +12,12 @@ from typing import TYPE_CHECKING, Any, Generic, TypeAlias, TypeVar, overload
 import numpy as np
 from numpy.typing import NDArray
 
-from tabulon import _proxy
-from tabulon._enumerations import AxisTypeId, VariableDataFormat, VariableDataType
-from tabulon._header import count_statistics_blocks
-from tabulon._registration import registered
-from tabulon._units import native, readable
+from tabulon.api import _proxy
+from tabulon.api._enumerations import AxisTypeId, VariableDataFormat, VariableDataType
+from tabulon.api._found import FoundInRun, KeptRun
+from tabulon.api._header import count_statistics_blocks
+from tabulon.api._registration import registered
+from tabulon.api._units import native, readable
 
 __all__ = [
     "IndependentVariable",
@@ -32,8 +33,7 @@ __all__ = [
 ]
 
 if TYPE_CHECKING:
-    from tabulon._proxy import _Variable1D, _Variable2D
-    from tabulon._run import Run
+    from tabulon.api._proxy import _Variable1D, _Variable2D
 else:
     # The generated classes of a family have no base of their own: it is there for types only.
     _Variable1D = _Variable2D = Generic
@@ -41,18 +41,7 @@ else:
 ScalarT = TypeVar("ScalarT", bound=np.generic)
 ElementT = TypeVar("ElementT", bound=float)
 FigureT = TypeVar("FigureT", bound=float)
-FoundT = TypeVar("FoundT", bound="FoundInRun")
 VariableT = TypeVar("VariableT", bound="Variable")
-
-
-class FoundInRun:
-    """What was found through a run, and keeps it alive."""
-
-    _run: Run | None = None
-
-    def _found_in(self: FoundT, run: Run | None) -> FoundT:
-        self._run = run
-        return self
 
 
 def of_data_type(owner: object, operation: str, data_type: int) -> Callable[..., Any]:
@@ -84,8 +73,8 @@ class IndependentVariable(_proxy.IndependentVariable):
 
     Examples
     --------
-    >>> time = tabulon.IndependentVariable("Time", "s", 0.0, 0.05)
-    >>> station = tabulon.IndependentVariable("Distance along blade", "m", [0.0, 20.5, 41.0])
+    >>> time = api.IndependentVariable("Time", "s", 0.0, 0.05)
+    >>> station = api.IndependentVariable("Distance along blade", "m", [0.0, 20.5, 41.0])
     """
 
     @overload
@@ -189,7 +178,7 @@ class Variable(FoundInRun, _proxy.Variable):
                 return computed
         return figure(*where)
 
-    def _sibling_of(self, find: Callable[[Run], VariableT]) -> VariableT:
+    def _sibling_of(self, find: Callable[[KeptRun], VariableT]) -> VariableT:
         """Return another variable of the group."""
         if self._run is None:
             raise RuntimeError(

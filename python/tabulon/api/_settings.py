@@ -9,14 +9,14 @@ from collections.abc import Iterator
 from contextlib import contextmanager
 from typing import Any
 
-from tabulon import _proxy
-from tabulon._enumerations import (
+from tabulon.api import _proxy
+from tabulon.api._enumerations import (
     CalculationType,
     CaseSensitivity,
     CompletionState,
     DataTypeSpecifier,
 )
-from tabulon._registration import registered
+from tabulon.api._registration import registered
 
 __all__ = [
     "TabulonApi_CacheSettings",
@@ -153,8 +153,8 @@ def settings(
 
     Examples
     --------
-    >>> with tabulon.settings(completion_state_filter=tabulon.CompletionState.CompletedNormally):
-    ...     runs = tabulon.get_runs("results")
+    >>> with api.settings(completion_state_filter=api.CompletionState.CompletedNormally):
+    ...     runs = api.get_runs("results")
     """
     given = {name: value for name, value in locals().items() if value is not None}
     before = {name: _current[name] for name in given}

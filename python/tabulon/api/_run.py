@@ -4,11 +4,11 @@ from __future__ import annotations
 
 from typing import Any
 
-from tabulon import _proxy
-from tabulon._enumerations import CalculationType, CompletionState
-from tabulon._group import Group
-from tabulon._registration import registered
-from tabulon._variables import AnyVariable1D, AnyVariable2D, Variable, of_data_type
+from tabulon.api import _proxy
+from tabulon.api._enumerations import CalculationType, CompletionState
+from tabulon.api._group import Group
+from tabulon.api._registration import registered
+from tabulon.api._variables import AnyVariable1D, AnyVariable2D, Variable, of_data_type
 
 __all__ = [
     "Run",

@@ -5,13 +5,13 @@ from __future__ import annotations
 from collections.abc import Callable
 from typing import Any
 
-from tabulon import _proxy
-from tabulon._enumerations import CalculationType, VariableDataFormat, VariableDataType
-from tabulon._registration import registered
-from tabulon._variables import (
+from tabulon.api import _proxy
+from tabulon.api._enumerations import CalculationType, VariableDataFormat, VariableDataType
+from tabulon.api._found import FoundInRun
+from tabulon.api._registration import registered
+from tabulon.api._variables import (
     AnyVariable1D,
     AnyVariable2D,
-    FoundInRun,
     IndependentVariable,
     Variable,
     of_data_type,

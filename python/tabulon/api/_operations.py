@@ -4,11 +4,11 @@ from __future__ import annotations
 
 import os
 
-from tabulon import _proxy
-from tabulon._enumerations import OverwriteBehaviour, SearchScope
-from tabulon._registration import registered
-from tabulon._run import Run
-from tabulon._search import StrPath
+from tabulon.api import _proxy
+from tabulon.api._enumerations import OverwriteBehaviour, SearchScope
+from tabulon.api._registration import registered
+from tabulon.api._run import Run
+from tabulon.api._search import StrPath
 
 __all__ = [
     "TabulonApi",

@@ -12,7 +12,7 @@ from typing import Any, ClassVar, Generic, TypeVar, overload
 import numpy as np
 from numpy.typing import NDArray
 
-from tabulon import _group, _run, _variables
+from tabulon.api import _group, _run, _variables
 
 _Scalar = TypeVar("_Scalar", bound=np.generic)
 _Element = TypeVar("_Element")

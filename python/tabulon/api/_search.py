@@ -5,9 +5,9 @@ from __future__ import annotations
 import os
 from typing import TypeAlias, overload
 
-from tabulon import _proxy
-from tabulon._registration import registered
-from tabulon._run import Run
+from tabulon.api import _proxy
+from tabulon.api._registration import registered
+from tabulon.api._run import Run
 
 __all__ = [
     "RunsIterator",
@@ -40,7 +40,7 @@ class RunsIterator(_proxy.RunsIterator):
 
     Examples
     --------
-    >>> for run in tabulon.RunsIterator("results", "powprod_12ms"):
+    >>> for run in api.RunsIterator("results", "powprod_12ms"):
     ...     print(run.get_directory())
     """
 

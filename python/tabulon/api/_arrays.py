@@ -11,11 +11,11 @@ from __future__ import annotations
 
 from collections.abc import Sequence
 
-from tabulon import _proxy
-from tabulon._group import Group
-from tabulon._registration import registered
-from tabulon._run import Run
-from tabulon._variables import (
+from tabulon.api import _proxy
+from tabulon.api._group import Group
+from tabulon.api._registration import registered
+from tabulon.api._run import Run
+from tabulon.api._variables import (
     IndependentVariable,
     Variable,
     Variable1D_Float32,

@@ -12,12 +12,12 @@ from typing import TYPE_CHECKING, Any, ClassVar, Generic, TypeVar
 import numpy as np
 from numpy.typing import DTypeLike, NDArray
 
-from tabulon import _proxy
-from tabulon._enumerations import FileFormat, VariableDataFormat
-from tabulon._registration import registered
-from tabulon._search import StrPath
-from tabulon._units import native
-from tabulon._variables import IndependentVariable
+from tabulon.api import _proxy
+from tabulon.api._enumerations import FileFormat, VariableDataFormat
+from tabulon.api._registration import registered
+from tabulon.api._search import StrPath
+from tabulon.api._units import native
+from tabulon.api._variables import IndependentVariable
 
 __all__ = [
     "IOutputSpecification",
@@ -35,7 +35,7 @@ __all__ = [
 ]
 
 if TYPE_CHECKING:
-    from tabulon._proxy import _OutputGroup1D, _OutputGroup2D, _OutputGroupOfVariables
+    from tabulon.api._proxy import _OutputGroup1D, _OutputGroup2D, _OutputGroupOfVariables
 else:
     # The generated classes of a family have no base of their own: it is there for types only.
     _OutputGroupOfVariables = object
@@ -370,10 +370,10 @@ def output_group_1d(
 
     Examples
     --------
-    >>> wind = tabulon.IndependentVariable("Hub wind speed", "m/s", [4.0, 8.0, 12.0])
-    >>> group = tabulon.output_group_1d("results/curve.%01", "Power curve", wind)
+    >>> wind = api.IndependentVariable("Hub wind speed", "m/s", [4.0, 8.0, 12.0])
+    >>> group = api.output_group_1d("results/curve.%01", "Power curve", wind)
     >>> group.add_variable_with_data("Electrical power", "W", np.array([0.1e6, 1.2e6, 3.0e6]))
-    >>> tabulon.write_output(group)
+    >>> api.write_output(group)
     True
     """
     return _class_for(dtype, _CLASSES_1D)(
