@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "api/calculation_types.h"
 #include "api/group_facts.h"
 #include "api/independent_variable.h"
 #include "api/narrow_variable.h"
@@ -11,6 +10,7 @@
 #include "core/exceptions.h"
 #include "core/text.h"
 #include "model/group.h"
+#include "vocabulary/calculation_kinds.h"
 
 namespace SumaraApi {
 

@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "api/quantity_table.h"
 #include "core/error_context.h"
 #include "core/exceptions.h"
 #include "model/axes.h"
 #include "model/group.h"
+#include "vocabulary/quantity_codes.h"
 
 namespace SumaraApi {
 namespace {

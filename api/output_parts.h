@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "api/independent_variable.h"
-#include "api/quantity_table.h"
 #include "api/types.h"
 #include "core/exceptions.h"
 #include "model/axes.h"
 #include "model/group_base.h"
 #include "model/model_context.h"
+#include "vocabulary/quantity_codes.h"
 
 // What output groups over one and over two independent variables are made of.
 

@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "api/calculation_types.h"
 #include "api/group.h"
-#include "api/run_files.h"
 #include "api/variable_map.h"
 #include "core/directory.h"
 #include "core/error_context.h"
@@ -14,35 +12,20 @@
 #include "core/reader.h"
 #include "core/text.h"
 #include "model/control.h"
+#include "vocabulary/calculation_kinds.h"
+#include "vocabulary/completion_phrases.h"
+#include "vocabulary/run_files.h"
 
 namespace SumaraApi {
 namespace {
 
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
 
-bool HoldsPhrase(const std::string& text, std::string_view phrase) {
-  return text.find(phrase) != std::string::npos;
-}
-
-CompletionState CompletionStateOf(const std::string& terminationText) {
-  if (HoldsPhrase(terminationText, "Run completed")) return CompletionState::CompletedNormally;
-  if (HoldsPhrase(terminationText, "Run in progress")) return CompletionState::InProgress;
-  if (HoldsPhrase(terminationText, "Run terminated unexpectedly"))
-    return CompletionState::Terminated;
-  if (!HoldsPhrase(terminationText, "*** ERROR")) return CompletionState::Unknown;
-  if (HoldsPhrase(terminationText, "Aborted by user")) return CompletionState::Aborted;
-  return CompletionState::Errored;
-}
-
-/// The calculations that leave no header, by the extension of a file that they do leave.
-CalculationType CalculationTypeOfExtension(std::string_view extension) {
-  if (Sumara::EqualsNoCase(extension, ".$mx")) return CalculationType::UltimateLoadsAnalysis;
-  if (Sumara::EqualsNoCase(extension, ".$fp")) return CalculationType::ExtremeLoadExtrapolation;
-  if (Sumara::EqualsNoCase(extension, ".sea")) return CalculationType::SeaState;
-  return CalculationType::Unknown;
-}
-
 }  // namespace
+
+const std::string Run::TerminationFileExtension{kTerminationExtension};
+const std::string Run::VerificationFileExtension{kVerificationExtension};
+const std::string Run::MessageFileExtension{kMessageExtension};
 
 Run::Run(std::string terminationFilePath, bool bufferedRead)
     : m_terminationFilePath(std::move(terminationFilePath)),
@@ -138,14 +121,10 @@ double Run::GetExecutionDurationSeconds() {
 }
 
 CompletionState Run::GetCompletionState() { return CompletionStateOf(GetTerminationFileContent()); }
-bool Run::HasFinished() { return !HoldsPhrase(GetTerminationFileContent(), "Run in progress"); }
-bool Run::WasSuccessful() { return HoldsPhrase(GetTerminationFileContent(), "Run completed"); }
+bool Run::HasFinished() { return TellsFinished(GetTerminationFileContent()); }
+bool Run::WasSuccessful() { return TellsSuccess(GetTerminationFileContent()); }
 
-bool Run::WasUnsuccessful() {
-  const CompletionState state = GetCompletionState();
-  return state == CompletionState::Terminated || state == CompletionState::Errored ||
-         state == CompletionState::Aborted;
-}
+bool Run::WasUnsuccessful() { return IsUnsuccessful(GetCompletionState()); }
 
 // Calculation.
 

@@ -22,9 +22,9 @@ namespace SumaraApi {
 /// notices.
 class Run : public std::enable_shared_from_this<Run> {
  public:
-  inline static const std::string TerminationFileExtension = ".$TE";
-  inline static const std::string VerificationFileExtension = ".$VE";
-  inline static const std::string MessageFileExtension = ".$ME";
+  static const std::string TerminationFileExtension;
+  static const std::string VerificationFileExtension;
+  static const std::string MessageFileExtension;
 
   /// Touches memory only.
   Run(std::string terminationFilePath, bool bufferedRead);

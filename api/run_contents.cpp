@@ -9,7 +9,6 @@
 #include "api/narrow_variable.h"
 #include "api/process_state.h"
 #include "api/run.h"
-#include "api/run_files.h"
 #include "api/variable_factory.h"
 #include "api/variable_map.h"
 #include "core/error_context.h"
@@ -17,6 +16,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 #include "model/control.h"
+#include "vocabulary/run_files.h"
 
 namespace SumaraApi {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "api/calculation_types.h"
 #include "api/process_state.h"
 #include "api/run.h"
 #include "core/directory_walk.h"
@@ -10,6 +9,8 @@
 #include "core/exceptions.h"
 #include "core/paths.h"
 #include "core/text.h"
+#include "vocabulary/calculation_kinds.h"
+#include "vocabulary/run_files.h"
 
 namespace SumaraApi {
 namespace {
@@ -33,10 +34,8 @@ bool PassesCalculationFilter(Run& run, CalculationType filter) {
 
 bool PassesCompletionFilter(Run& run, CompletionState filter) {
   if (filter == CompletionState::AllCompletionStates) return true;
-  const CompletionState state = run.GetCompletionState();
-  if (filter != CompletionState::UnsuccessfulRunsOnly) return state == filter;
-  return state == CompletionState::Terminated || state == CompletionState::Errored ||
-         state == CompletionState::Aborted;
+  if (filter == CompletionState::UnsuccessfulRunsOnly) return run.WasUnsuccessful();
+  return run.GetCompletionState() == filter;
 }
 
 std::string CanonicalTerminationPath(const Sumara::DirectoryWalk& walk) {
@@ -92,10 +91,6 @@ bool RunNameMatcher::MatchesExpression(std::string_view name) {
   } catch (const std::regex_error& failure) {
     throw Sumara::CException(169, "Expression: " + m_pattern, failure.what());
   }
-}
-
-bool IsTerminationFileName(std::string_view fileName) {
-  return Sumara::EqualsNoCase(Sumara::ExtensionOf(fileName), Run::TerminationFileExtension);
 }
 
 bool IsFilterSkipped() {

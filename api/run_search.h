@@ -35,9 +35,6 @@ class RunNameMatcher {
   std::optional<std::regex> m_expression;
 };
 
-/// Whether a file name is that of a termination file, whatever its case.
-bool IsTerminationFileName(std::string_view fileName);
-
 /// Whether the settings let every run pass, so that nothing has to be asked of a run.
 bool IsFilterSkipped();
 

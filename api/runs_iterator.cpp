@@ -7,6 +7,7 @@
 #include "core/directory_walk.h"
 #include "core/error_context.h"
 #include "core/exceptions.h"
+#include "vocabulary/run_files.h"
 
 namespace SumaraApi {
 

@@ -4,11 +4,11 @@
 
 #include "api/group_facts.h"
 #include "api/independent_variable.h"
-#include "api/quantity_table.h"
 #include "core/exceptions.h"
 #include "model/control.h"
 #include "model/group.h"
 #include "model/model_context.h"
+#include "vocabulary/quantity_codes.h"
 
 namespace SumaraApi {
 

@@ -1,4 +1,4 @@
-// The enumerations, as integers `<Enum>_<Enumerator>`. The numbers come from api/types.h.
+// The enumerations, as integers `<Enum>_<Enumerator>`. The numbers come from vocabulary/enumerations.h.
 
 namespace SumaraApi {
 

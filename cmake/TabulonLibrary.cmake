@@ -1,5 +1,6 @@
-# The library tabulon: the layers in one, with the headers of api/ and the exceptions as its face.
-set(layers core groupfiles model api)
+# The library tabulon: the layers in one, with the headers of api/, the enumerations and
+# the exceptions as its face.
+set(layers core groupfiles vocabulary model api)
 list(TRANSFORM layers PREPEND tabulon_)
 
 add_library(tabulon)
@@ -10,7 +11,8 @@ foreach(layer IN LISTS layers)
 endforeach()
 target_sources(tabulon PUBLIC FILE_SET HEADERS
   BASE_DIRS "${PROJECT_SOURCE_DIR}"
-  FILES ${public_headers} "${PROJECT_SOURCE_DIR}/core/exceptions.h")
+  FILES ${public_headers} "${PROJECT_SOURCE_DIR}/core/exceptions.h"
+    "${PROJECT_SOURCE_DIR}/vocabulary/enumerations.h")
 target_compile_features(tabulon PUBLIC cxx_std_20)
 # Layers are no part of the export: only what is built here sees the sanitizers.
 target_link_libraries(tabulon PUBLIC $<BUILD_INTERFACE:tabulon_sanitizers>)

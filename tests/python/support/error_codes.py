@@ -8,7 +8,7 @@ from collections.abc import Iterator
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[3]
-LAYERS = ("core", "groupfiles", "model", "api", "binding")
+LAYERS = ("core", "groupfiles", "vocabulary", "model", "api", "binding")
 SUFFIXES = (".cpp", ".h", ".i")
 EXCEPTIONS = ("exceptions.h", "exceptions.cpp", "error_tables.cpp")  # they raise nothing
 TEXTS = ROOT / "tests" / "core" / "error_table_texts.h"

@@ -1,4 +1,4 @@
-#include "api/quantity_table.h"
+#include "vocabulary/quantity_codes.h"
 
 #include <algorithm>
 #include <iterator>

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "api/types.h"
+#include "vocabulary/enumerations.h"
 
 namespace SumaraApi {
 

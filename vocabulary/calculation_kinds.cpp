@@ -1,4 +1,4 @@
-#include "api/calculation_types.h"
+#include "vocabulary/calculation_kinds.h"
 
 #include <algorithm>
 #include <array>

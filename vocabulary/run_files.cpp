@@ -1,4 +1,4 @@
-#include "api/run_files.h"
+#include "vocabulary/run_files.h"
 
 #include <algorithm>
 
@@ -7,9 +7,20 @@
 
 namespace SumaraApi {
 
+bool IsTerminationFileName(std::string_view fileName) {
+  return Sumara::EqualsNoCase(Sumara::ExtensionOf(fileName), kTerminationExtension);
+}
+
 bool IsHeaderExtension(std::string_view extension) {
   return extension.size() >= 3 && extension[1] == '%' &&
          std::all_of(extension.begin() + 2, extension.end(), Sumara::IsDigit);
+}
+
+CalculationType CalculationTypeOfExtension(std::string_view extension) {
+  if (Sumara::EqualsNoCase(extension, ".$mx")) return CalculationType::UltimateLoadsAnalysis;
+  if (Sumara::EqualsNoCase(extension, ".$fp")) return CalculationType::ExtremeLoadExtrapolation;
+  if (Sumara::EqualsNoCase(extension, ".sea")) return CalculationType::SeaState;
+  return CalculationType::Unknown;
 }
 
 void ForEachFileOfRun(const std::string& directory, const std::string& runName,

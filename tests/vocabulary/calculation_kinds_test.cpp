@@ -1,4 +1,4 @@
-#include "api/calculation_types.h"
+#include "vocabulary/calculation_kinds.h"
 
 #include <gtest/gtest.h>
 
@@ -129,7 +129,7 @@ const std::vector<Row>& Table() {
   return table;
 }
 
-TEST(CalculationTypesTest, NumbersAreThoseThatScriptsSee) {
+TEST(CalculationKindsTest, NumbersAreThoseThatScriptsSee) {
   for (const Row& row : Table()) {
     EXPECT_EQ(static_cast<int>(row.type), row.number) << row.descriptiveName;
   }
@@ -139,7 +139,7 @@ TEST(CalculationTypesTest, NumbersAreThoseThatScriptsSee) {
   EXPECT_EQ(static_cast<int>(CalculationType::AllPostProcessingCalculations), -2);
 }
 
-TEST(CalculationTypesTest, EachShortNameGivesItsType) {
+TEST(CalculationKindsTest, EachShortNameGivesItsType) {
   std::size_t names = 0;
   for (const Row& row : Table()) {
     for (const std::string& name : row.shortNames) {
@@ -150,27 +150,27 @@ TEST(CalculationTypesTest, EachShortNameGivesItsType) {
   EXPECT_EQ(names, 39u);
 }
 
-TEST(CalculationTypesTest, OtherTextsGiveUnknown) {
+TEST(CalculationKindsTest, OtherTextsGiveUnknown) {
   for (const char* text : {"", "powprod", "Powprod", " POWPROD", "POWPROD ", "'POWPROD'", "CYCLES",
                            "CYCLES4", "DAMAGE", "LINEARISATION", "userdefined", "TURB", "DYNPOW"}) {
     EXPECT_EQ(SumaraApi::CalculationTypeOf(text), CalculationType::Unknown) << text;
   }
 }
 
-TEST(CalculationTypesTest, DescriptiveNamesOfAllTypes) {
+TEST(CalculationKindsTest, DescriptiveNamesOfAllTypes) {
   for (const Row& row : Table()) {
     EXPECT_EQ(SumaraApi::DescriptiveNameOf(row.type), row.descriptiveName) << row.number;
   }
 }
 
-TEST(CalculationTypesTest, OtherValuesHaveTheTextForUnknown) {
+TEST(CalculationKindsTest, OtherValuesHaveTheTextForUnknown) {
   for (const int value : {-5, -4, -3, -2, 0, 1, 2, 34, 36, 37, 39, 42, 999, 1001}) {
     EXPECT_EQ(SumaraApi::DescriptiveNameOf(static_cast<CalculationType>(value)), kUnknownText)
         << value;
   }
 }
 
-TEST(CalculationTypesTest, ClassesDoNotOverlap) {
+TEST(CalculationKindsTest, ClassesDoNotOverlap) {
   for (const Row& row : Table()) {
     EXPECT_EQ(SumaraApi::IsTurbineSimulation(row.type), row.kind == Class::kTurbine) << row.number;
     EXPECT_EQ(SumaraApi::IsSupporting(row.type), row.kind == Class::kSupporting) << row.number;
@@ -179,7 +179,7 @@ TEST(CalculationTypesTest, ClassesDoNotOverlap) {
   }
 }
 
-TEST(CalculationTypesTest, ValuesOutsideTheTableAreInNoClass) {
+TEST(CalculationKindsTest, ValuesOutsideTheTableAreInNoClass) {
   for (const int value : {-5, -4, -3, -2, 0, 1, 2, 34, 36, 37, 39, 42, 999, 1001}) {
     const auto type = static_cast<CalculationType>(value);
     EXPECT_FALSE(SumaraApi::IsTurbineSimulation(type)) << value;
@@ -188,7 +188,7 @@ TEST(CalculationTypesTest, ValuesOutsideTheTableAreInNoClass) {
   }
 }
 
-TEST(CalculationTypesTest, SupportIsDeniedToSevenValuesOnly) {
+TEST(CalculationKindsTest, SupportIsDeniedToSevenValuesOnly) {
   for (const Row& row : Table()) {
     EXPECT_EQ(SumaraApi::IsSupported(row.type), row.supported) << row.number;
   }

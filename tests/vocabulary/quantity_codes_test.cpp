@@ -1,4 +1,4 @@
-#include "api/quantity_table.h"
+#include "vocabulary/quantity_codes.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +56,7 @@ const std::vector<std::pair<std::string, std::string>> kTable = {
     {"A/TT", "rad/s\xB2"},
 };
 
-TEST(QuantityTableTest, CodesAndUnitsTranslateBothWays) {
+TEST(QuantityCodesTest, CodesAndUnitsTranslateBothWays) {
   ASSERT_EQ(kTable.size(), 34u);  // and the dimensionless pair
   for (const auto& [code, unit] : kTable) {
     EXPECT_EQ(UnitOfQuantityCode(code, kLenient), unit);
@@ -67,27 +67,27 @@ TEST(QuantityTableTest, CodesAndUnitsTranslateBothWays) {
   }
 }
 
-TEST(QuantityTableTest, DimensionlessIsToldInWords) {
+TEST(QuantityCodesTest, DimensionlessIsToldInWords) {
   EXPECT_EQ(UnitOfQuantityCode("N", kStrict), "Unitless");
   EXPECT_EQ(QuantityCodeOfUnit(".", kStrict), "Unquantifiable");
   EXPECT_EQ(CodeForWriting("."), "Unquantifiable");
 }
 
-TEST(QuantityTableTest, TheWordsThemselvesAreNotInTheTable) {
+TEST(QuantityCodesTest, TheWordsThemselvesAreNotInTheTable) {
   EXPECT_EQ(QuantityCodeOfUnit("Unitless", kLenient), "");
   EXPECT_EQ(CodeForWriting("Unitless"), "Unitless");
   EXPECT_EQ(UnitOfQuantityCode("Unitless", kLenient), "");
   EXPECT_EQ(UnitOfQuantityCode("Unquantifiable", kLenient), "");
 }
 
-TEST(QuantityTableTest, RaisedFiguresAreSingleBytes) {
+TEST(QuantityCodesTest, RaisedFiguresAreSingleBytes) {
   const std::string unit = UnitOfQuantityCode("MLL", kLenient);
   ASSERT_EQ(unit.size(), 4u);
   EXPECT_EQ(static_cast<unsigned char>(unit.back()), 0xB2);
   EXPECT_EQ(CodeForWriting("kgm\xC2\xB2"), "kgm\xC2\xB2");
 }
 
-TEST(QuantityTableTest, ComparisonIsExact) {
+TEST(QuantityCodesTest, ComparisonIsExact) {
   for (const char* code : {"l", "L ", " L", "", ".", "m", "LL", "FLTT/A"}) {
     EXPECT_EQ(UnitOfQuantityCode(code, kLenient), "") << code;
   }
@@ -97,13 +97,13 @@ TEST(QuantityTableTest, ComparisonIsExact) {
   }
 }
 
-TEST(QuantityTableTest, StrictMissShowsTheCode) {
+TEST(QuantityCodesTest, StrictMissShowsTheCode) {
   EXPECT_EQ(MessageOf([] { UnitOfQuantityCode("XYZ", kStrict); }),
             "Sumara Tables error: Getting SI unit from quantity identifier failed.\n"
             "Further information: Quantity code: XYZ");
 }
 
-TEST(QuantityTableTest, StrictMissOfAUnitShowsNoUnit) {
+TEST(QuantityCodesTest, StrictMissOfAUnitShowsNoUnit) {
   EXPECT_EQ(MessageOf([] { QuantityCodeOfUnit("furlong", kStrict); }),
             "Sumara Tables error: Getting SI unit from quantity identifier failed.\n"
             "Further information: Quantity code: ");
