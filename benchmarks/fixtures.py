@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+import os
+import shutil
 from pathlib import Path
 
 import numpy as np
@@ -72,12 +74,16 @@ def variable_names(count: int) -> list[str]:
     return [f"Blade 1 load channel {i:03d}" for i in range(count)]
 
 
-def write_binary_group(directory: Path, name: str, points: int, variables: int) -> Path:
+def write_binary_group(
+    directory: Path, name: str, points: int, variables: int, *, figures: bool = True
+) -> Path:
     """Write a run with one binary group and return the path of its data file."""
     write_run(directory, name)
     table = load_table(points, variables)
     header = header_text(name, 1, "Loads", variable_names(variables), points)
-    (directory / f"{name}.%01").write_text(header + statistics_text(table))
+    if figures:
+        header += statistics_text(table)
+    (directory / f"{name}.%01").write_text(header)
     path = directory / f"{name}.$01"
     table.tofile(path)
     return path
@@ -115,3 +121,62 @@ def write_tree(root: Path, directories: int, runs: int) -> None:
             write_run(directory, name, "*** ERROR\n" if failed else "Run completed.\n")
             (directory / f"{name}.%01").write_text(header_text(name, 1, "G", ["x"], 1))
             (directory / f"{name}.$01").write_bytes(bytes(4))
+
+
+def write_two_axis_group(directory: Path, name: str, shape: tuple[int, int, int]) -> Path:
+    """Write a run with one binary group of shape (points, secondary values, variables)."""
+    points, secondary, variables = shape
+    write_run(directory, name)
+    header = header_text(name, 1, "Blade loads", variable_names(variables), points)
+    header = header.replace("NDIMENS\t2", "NDIMENS\t3")
+    header = header.replace(
+        f"DIMENS\t{variables}\t{points}", f"DIMENS\t{variables}\t{secondary}\t{points}"
+    )
+    stations = " ".join(f"{2.5 * i:.7f}" for i in range(secondary))
+    axis = f"AXISLAB\t'Distance along blade'\nAXIUNIT\tL\nAXIMETH\t3\nAXIVAL\t{stations}\n"
+    header = header.replace("AXISLAB", axis + "AXISLAB", 1)
+    (directory / f"{name}.%01").write_text(header)
+    path = directory / f"{name}.$01"
+    load_table(points, secondary * variables).tofile(path)
+    return path
+
+
+def copy_run(source: Path, target: Path) -> None:
+    """Copy the directory of a run."""
+    shutil.copytree(source, target)
+
+
+def write_campaign(root: Path, runs: int, points: int, variables: int) -> None:
+    """Write runs in directories of their own, with figures that differ from run to run."""
+    table = load_table(points, variables)
+    names = variable_names(variables)
+    for i in range(runs):
+        folder = root / f"case_{i:05d}"
+        write_run(folder, "bench")
+        values = table + np.float32(i)
+        header = header_text("bench", 1, "Loads", names, points) + statistics_text(values)
+        (folder / "bench.%01").write_text(header)
+        values.tofile(folder / "bench.$01")
+
+
+def write_linked_campaign(root: Path, runs: int, points: int, variables: int) -> None:
+    """Write runs that share the bytes of one data file on disk."""
+    first = root / "case_00000"
+    write_binary_group(first, "bench", points, variables)
+    for i in range(1, runs):
+        folder = root / f"case_{i:05d}"
+        folder.mkdir()
+        for path in first.iterdir():
+            os.link(path, folder / path.name)
+
+
+def write_flat(directory: Path, runs: int) -> None:
+    """Write many runs into one directory."""
+    names = variable_names(1)
+    table = load_table(2, 1)
+    for i in range(runs):
+        name = f"run_{i:05d}"
+        write_run(directory, name)
+        header = header_text(name, 1, "Loads", names, 2) + statistics_text(table)
+        (directory / f"{name}.%01").write_text(header)
+        table.tofile(directory / f"{name}.$01")
