@@ -43,13 +43,18 @@ def answer_of(
     return json.loads(done.stdout)
 
 
-def run_alone(function: Callable[..., Any], *arguments: object) -> Any:  # noqa: ANN401
+def run_alone(
+    function: Callable[..., Any],
+    *arguments: object,
+    environment: Mapping[str, str] = ENVIRONMENT,
+) -> Any:  # noqa: ANN401
     """Return what a function of a module gives for arguments that JSON can hold."""
     return answer_of(
         "from support.own_process import main\nmain()",
         function.__module__,
         function.__name__,
         given=json.dumps(arguments, default=str),
+        environment=environment,
     )
 
 
