@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "core/exceptions.h"
@@ -14,7 +13,7 @@ namespace SumaraApi {
 enum class StatsType : std::int32_t { kMaximum = 0, kMinimum = 1, kMean = 2 };
 
 /// The extreme of one variable where the values of all are known.
-enum class Extremum : std::uint32_t { kMaximum = 0, kMinimum = 1 };
+using Extremum = Sumara::Extreme;
 
 /// The code of the failure to get a statistic. \throws Sumara::CException 132
 inline std::int32_t FailureCodeOf(StatsType type) {
@@ -58,39 +57,12 @@ double MeanOf(Sumara::CGroupBase<T>& group, const std::string& name, std::uint64
                                 /*preferComputed=*/true);
 }
 
-/// The value of the variable at `column` where the one at `index` has its extreme, from the data;
-/// none while part of the group's data is not in memory.
-///
-/// The group's table tells the same, but computes all rows anew at each request: a script that asks
-/// one variable after the other would pay for the square of their number each time.
-template <class T>
-std::optional<T> UloadFromData(Sumara::CGroupBase<T>& group, std::uint64_t index, Extremum extremum,
-                               std::uint64_t column, std::uint64_t secondary) {
-  Sumara::ISeries* const series = group.GetSeriesEntries()[index].series.get();
-  const auto* const other =
-      static_cast<const Sumara::CSeriesBase<T>*>(group.GetSeriesEntries()[column].series.get());
-  const bool isInMemory = group.GetLoadState() == 1 && series != nullptr && series->HasData() &&
-                          other != nullptr && other->HasData();
-  if (!isInMemory) return std::nullopt;
-  group.CheckStatisticsAvailable(secondary);
-  return other->DataAtIndex(extremum == Extremum::kMaximum ? series->GetMaximumIndex(secondary)
-                                                           : series->GetMinimumIndex(secondary),
-                            secondary);
-}
-
 /// The value of the variable at `column` where the variable `name` has its extreme.
 template <class T>
 T UloadOf(Sumara::CGroupBase<T>& group, const std::string& name, Extremum extremum,
           std::uint64_t column, std::uint64_t secondary) {
-  const std::uint64_t index = group.GetSeriesIndex(name, /*exact=*/true);
-  if (const auto value = UloadFromData(group, index, extremum, column, secondary)) return *value;
-  const std::uint64_t row = 2 * index + static_cast<std::uint64_t>(extremum);
-  const auto& uloads = group.Statistics().GetUloads(secondary, /*preferComputed=*/true);
-  if (row >= uloads.size() || column >= uloads[row].size()) {
-    throw Sumara::CException(123,
-                             Sumara::GroupContext(&group));  // the header tells of fewer variables
-  }
-  return uloads[row][column];
+  return group.Statistics().GetUload(group.GetSeriesIndex(name, /*exact=*/true), extremum, column,
+                                     secondary);
 }
 
 /// The value of `other`, whatever its case, where the variable `name` has its extreme.

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "core/pages.h"
+
 namespace Sumara {
 namespace {
 
@@ -84,6 +86,25 @@ char FileStream::GetBeforeLineFeed() {
   // A stream looks one character further.
   if (Ahead().empty() && !Extend()) SetEndFlags(/*nothingRead=*/false);
   return next;
+}
+
+FileBytes FileStream::ReadRest() {
+  const std::string_view ahead = Ahead();
+  const std::uint64_t end = std::max(m_fileSize, m_position + ahead.size());
+  FileBytes rest;
+  const auto size = static_cast<std::size_t>(end - m_position);
+  rest.data = std::make_unique_for_overwrite<char[]>(size);
+  Pages::PreferLarge(rest.data.get(), size);
+  std::copy(ahead.begin(), ahead.end(), rest.data.get());
+  int error = 0;
+  rest.size =
+      ahead.size() + m_file.ReadAt(m_position + ahead.size(),
+                                   {rest.data.get() + ahead.size(), size - ahead.size()}, error);
+  if (error != 0) {
+    m_bad = true;
+    m_lastError = error;
+  }
+  return rest;
 }
 
 bool FileStream::AtLineStart() {

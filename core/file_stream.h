@@ -10,6 +10,14 @@
 
 namespace Sumara {
 
+/// Bytes of a file, in memory of their own.
+struct FileBytes {
+  std::unique_ptr<char[]> data;
+  std::size_t size = 0;
+
+  std::string_view View() const { return {data.get(), size}; }
+};
+
 /// A file read line by line: the position, the flags and the rules of a standard stream, on blocks.
 ///
 /// A line is handed out where it lies in the block, and a seek within the block costs nothing; a
@@ -49,6 +57,10 @@ class FileStream {
   /// nothing was read, the eof flag at the end of the file.
   /// \return the character, or 0 if none was read.
   char GetBeforeLineFeed();
+
+  /// All bytes from the position up to the end that the file had when it was opened, in one read;
+  /// the position stays. Sets the bad flag if the read fails.
+  FileBytes ReadRest();
 
   /// Whether the file's start or a line feed lies directly before the position.
   bool AtLineStart();

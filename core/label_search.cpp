@@ -1,9 +1,10 @@
+#include "core/label_search.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/exceptions.h"
 #include "core/io_base.h"
 #include "core/text.h"
 
@@ -19,6 +20,22 @@ class RowSink {
   virtual void Clear() = 0;
   virtual void AddRow(std::string_view text) = 0;
 };
+
+CIOException LabelNotFound(std::string_view label, std::string_view path, std::int32_t code,
+                           std::int32_t refusal) {
+  std::string context = "label sought = ";
+  context.append(label).append("; path: ").append(path);
+  return CIOException(code, std::move(context),
+                      refusal == 0 ? std::string() : IOErrorText(refusal));
+}
+
+CIOException UnreadableLine(std::string_view sought, std::string_view current,
+                            std::string_view path, std::string_view reason) {
+  std::string context = "label sought = ";
+  context.append(sought).append("; current label = ").append(current);
+  context.append("; path: ").append(path);
+  return CIOException(5009, std::move(context), std::string(reason));
+}
 
 }  // namespace Sumara
 
@@ -85,20 +102,6 @@ class TableSink final : public Sumara::RowSink {
   bool m_started = false;
 };
 
-std::string SoughtContext(std::string_view label, std::string_view path) {
-  return std::string("label sought = ").append(label).append("; path: ").append(path);
-}
-
-std::string CollectContext(std::string_view sought, std::string_view current,
-                           std::string_view path) {
-  return std::string("label sought = ")
-      .append(sought)
-      .append("; current label = ")
-      .append(current)
-      .append("; path: ")
-      .append(path);
-}
-
 /// Takes the label off the front of a line. A quote character counts as in `SplitTokens`.
 bool TakeLabel(std::string_view& text, std::string& label, char quote) {
   if (quote != '\0') return Sumara::TakeQuotedToken(text, label, quote);
@@ -115,19 +118,13 @@ void CheckQuotes(std::string_view text, char quote) {
   }
 }
 
-CIOException NotFound(std::string_view label, std::string_view path, std::int32_t code,
-                      std::int32_t refusal) {
-  return CIOException(code, SoughtContext(label, path),
-                      refusal == 0 ? std::string() : Sumara::IOErrorText(refusal));
-}
-
 /// Takes one step of reading a logical line; `current` is the label so far.
 template <class Step>
 void Collect(std::string_view sought, std::string_view current, std::string_view path, Step step) {
   try {
     step();
   } catch (const CExceptionBase& failure) {
-    throw CIOException(5009, CollectContext(sought, current, path), failure.what());
+    throw Sumara::UnreadableLine(sought, current, path, failure.what());
   }
 }
 
@@ -175,7 +172,7 @@ void CIOBase::SkipToLabel(std::string_view label) {
     found = LookAtLine(label, sink, {}, '\0', origin);
   }
   if (refusal == 0) ReturnTo(found ? lineStart : origin);
-  if (!found) throw NotFound(label, m_path, 5018, refusal);
+  if (!found) throw Sumara::LabelNotFound(label, m_path, 5018, refusal);
 }
 
 bool CIOBase::SeekRows(std::string_view label, Sumara::RowSink& sink, const LabelSearch& how,
@@ -194,7 +191,7 @@ bool CIOBase::SeekRows(std::string_view label, Sumara::RowSink& sink, const Labe
     if (found) return true;
   }
   if (how.quiet) return false;
-  throw NotFound(label, m_path, how.oneAttempt ? 5019 : 5018, refusal);
+  throw Sumara::LabelNotFound(label, m_path, how.oneAttempt ? 5019 : 5018, refusal);
 }
 
 bool CIOBase::FindLine(std::string_view label, Sumara::RowSink& sink, const LabelSearch& how,
@@ -219,7 +216,7 @@ bool CIOBase::LookAtLine(std::string_view label, Sumara::RowSink& sink, const La
     ReturnTo(origin);
     if (!atEnd) throw;
     if (how.quiet && how.oneAttempt) return false;  // a header may end behind its last axis
-    throw NotFound(label, m_path, 5018, /*refusal=*/0);
+    throw Sumara::LabelNotFound(label, m_path, 5018);
   }
 }
 
@@ -242,7 +239,7 @@ bool CIOBase::CollectLogicalLine(std::string_view sought, Sumara::RowSink& sink,
       CheckQuotes(text, quote);
     }
   });
-  if (isLine && !isLabelled) throw CIOException(5009, CollectContext(sought, "", m_path));
+  if (isLine && !isLabelled) throw Sumara::UnreadableLine(sought, /*current=*/"", m_path);
   if (label != sought) return false;
   Collect(sought, sought, m_path, [&] {
     while (continuation && ContinuesOnNextLine()) {

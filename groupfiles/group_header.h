@@ -42,14 +42,4 @@ struct HeaderVariables {
   std::vector<std::string> quantities;
 };
 
-/// One statistics block. Row 2i of `uloads` holds the values of all variables where variable i has
-/// its maximum, row 2i + 1 those where it has its minimum.
-template <class T>
-struct StatisticsBlock {
-  std::vector<std::vector<T>> uloads;
-  std::vector<double> maxTime;
-  std::vector<double> minTime;
-  std::vector<double> mean;
-};
-
 }  // namespace Sumara

@@ -12,10 +12,7 @@ namespace {
 
 constexpr LabelSearch kForward{.continuation = true};
 constexpr LabelSearch kForwardOneLine{};
-constexpr LabelSearch kNextLine{.oneAttempt = true};
 constexpr LabelSearch kNextLineIfThere{.oneAttempt = true, .quiet = true};
-constexpr LabelSearch kNextLogicalLineIfThere{
-    .continuation = true, .oneAttempt = true, .quiet = true};
 
 /// A whole number without a sign, from the front of `text`; what a stream would leave is left.
 std::optional<std::uint64_t> TakeCount(std::string_view& text) {
@@ -217,60 +214,21 @@ HeaderVariables CHeaderReader::ReadVariables() {
   return variables;
 }
 
-void CHeaderReader::CheckNoStatisticsFollow() {
+HeaderFigures CHeaderReader::ReadFigures(std::uint64_t variableCount, std::uint64_t mostBlocks) {
+  HeaderFigures figures;
+  figures.rows.variableCount = variableCount;
   std::string label;
-  if (PeekLabel(label) && (label == "MAXTIME" || label == "MINTIME" || label == "MEAN")) {
-    throw CException(119, Context());
+  // An empty line behind the value before leaves the stream so that nothing is found. Of a header
+  // that goes on with other lines the rest is not read.
+  if (!IsGood() || mostBlocks == 0) return figures;
+  if (PeekLabel(label) && !IsFigureLabel(label)) return figures;
+  figures.text = m_stream.ReadRest();
+  if (m_stream.Bad()) {
+    throw CException(119, Context(), CIOException(5007, StreamStateText()).what());
   }
+  figures.rows = FindFigureRows(figures.text.View(), 0, variableCount, mostBlocks, m_path);
+  if (figures.rows.BlockCount() == 0) figures.text = {};
+  return figures;
 }
-
-template <class Value>
-bool CHeaderReader::SeekNextLine(const char* label, Value& value, const LabelSearch& how,
-                                 std::int32_t code) {
-  try {
-    return SeekLabel(label, value, how);
-  } catch (const CExceptionBase& failure) {
-    throw CException(code, Context(), failure.what());
-  }
-}
-
-std::vector<double> CHeaderReader::ReadStatisticsRow(const char* label, std::int32_t code,
-                                                     std::uint64_t count) {
-  std::vector<std::string> tokens;
-  SeekNextLine(label, tokens, kNextLine, code);
-  if (tokens.size() != count) throw CException(code, Context());
-  std::vector<double> values;
-  try {
-    PopulateFromTokens(tokens, values);
-  } catch (const CExceptionBase& failure) {
-    throw CException(125, Context(), failure.what());
-  }
-  return values;
-}
-
-template <class T>
-std::optional<StatisticsBlock<T>> CHeaderReader::ReadStatistics(std::uint64_t variableCount) {
-  Rows rows;
-  if (!SeekNextLine("ULOADS", rows, kNextLogicalLineIfThere, 119)) {
-    CheckNoStatisticsFollow();
-    return std::nullopt;
-  }
-  if (rows.size() / 2 != variableCount || rows.size() % 2 != 0) throw CException(119, Context());
-  StatisticsBlock<T> block;
-  block.uloads.resize(rows.size());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i].size() != variableCount) throw CException(119, Context());
-    PopulateFromTokens(rows[i], block.uloads[i]);
-  }
-  block.maxTime = ReadStatisticsRow("MAXTIME", 120, variableCount);
-  block.minTime = ReadStatisticsRow("MINTIME", 121, variableCount);
-  block.mean = ReadStatisticsRow("MEAN", 122, variableCount);
-  return block;
-}
-
-#define TABULON_INSTANTIATE(T) \
-  template std::optional<StatisticsBlock<T>> CHeaderReader::ReadStatistics<T>(std::uint64_t);
-TABULON_FOR_EACH_ELEMENT_TYPE(TABULON_INSTANTIATE)
-#undef TABULON_INSTANTIATE
 
 }  // namespace Sumara

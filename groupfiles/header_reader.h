@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/reader.h"
+#include "groupfiles/figure_rows.h"
 #include "groupfiles/group_header.h"
 
 namespace Sumara {
@@ -12,7 +12,7 @@ namespace Sumara {
 /// Reads a group header in one pass, forward.
 ///
 /// The calls follow the file: `ReadTop`, `ReadAxis` for each axis in file order (of two, the
-/// secondary axis comes first), `ReadNamedParameters`, `ReadStatistics` for each block.
+/// secondary axis comes first), `ReadNamedParameters`, `ReadFigures`.
 /// `ReadVariables` starts from the top again. A failure has the code of its field, with the path;
 /// the fields FILE, ACCESS, FORM and RECL leave the failure of the search as it is.
 class CHeaderReader : public CReader<float, float> {
@@ -30,10 +30,10 @@ class CHeaderReader : public CReader<float, float> {
   /// The NVARS lines, as they stand; none if NVARS is not on the next line.
   std::vector<std::string> ReadNamedParameters();
 
-  /// The next statistics block, of `variableCount` variables; none if the next line is no
-  /// statistics.
-  template <class T>
-  std::optional<StatisticsBlock<T>> ReadStatistics(std::uint64_t variableCount);
+  /// The figures that follow, of `variableCount` variables, in at most so many blocks: found and
+  /// counted, but not converted. A header without statistics has no block.
+  /// \throws CException as `FindFigureRows`; 119 if the rest of the file cannot be read.
+  HeaderFigures ReadFigures(std::uint64_t variableCount, std::uint64_t mostBlocks);
 
   HeaderVariables ReadVariables();
 
@@ -45,10 +45,6 @@ class CHeaderReader : public CReader<float, float> {
   double Number(const char* label, std::int32_t code);
   std::uint64_t ReadHeaderRecordCount();
   void ReadAxisValues(AxisDescription& axis);
-  template <class Value>
-  bool SeekNextLine(const char* label, Value& value, const LabelSearch& how, std::int32_t code);
-  std::vector<double> ReadStatisticsRow(const char* label, std::int32_t code, std::uint64_t count);
-  void CheckNoStatisticsFollow();
 };
 
 /// The data type code of a FORMAT value, or 0 if there is none of that spelling.

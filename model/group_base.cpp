@@ -585,11 +585,6 @@ void CGroupBase<T>::ReadSeries(IGroupDataReader<T>& reader,
   if (!together.variables.empty()) reader.Read(layout, together, target);
 }
 
-template <class T>
-void CGroupBase<T>::ReadStoredStatistics(CHeaderReader& header, std::uint64_t variableCount) {
-  m_statistics.ReadStored(header, variableCount);
-}
-
 #define TABULON_INSTANTIATE(T) template class CGroupBase<T>;
 TABULON_FOR_EACH_ELEMENT_TYPE(TABULON_INSTANTIATE)
 #undef TABULON_INSTANTIATE

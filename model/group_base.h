@@ -133,8 +133,10 @@ class CGroupBase : public IGroup {
   void CheckStatisticsAvailable(std::uint64_t secondary) const override {
     m_statistics.CheckAvailable(secondary);
   }
-  void ComputeLiveUloads() override { m_statistics.ComputeLiveUloads(); }
-  void ReadStoredStatistics(CHeaderReader& header, std::uint64_t variableCount) override;
+  void ComputeLiveUloads() override { m_statistics.ComputeLiveUloads(CountOfSecondary()); }
+  void ReadStoredStatistics(CHeaderReader& header, std::uint64_t variableCount) override {
+    m_statistics.SetStored(header.ReadFigures(variableCount, CountOfSecondary()));
+  }
   bool HasReadStoredStatistics() const override { return m_statistics.HasReadStored(); }
 
   /// The figures of the group's series. \throws CException as `GroupStatistics`.
@@ -157,7 +159,6 @@ class CGroupBase : public IGroup {
   void CheckChangeable() const;
 
  private:
-  friend class GroupStatistics<T>;
   class LoadTarget;
 
   std::uint64_t NumberOfPoints(std::uint32_t position, bool countLabels) const;

@@ -1,18 +1,39 @@
 #include "model/group_statistics.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "groupfiles/header_reader.h"
-#include "model/group_base.h"
+#include "model/axes.h"
+#include "model/group.h"
 #include "model/model_context.h"
 
 namespace Sumara {
+namespace {
+
+template <class T>
+const CSeriesBase<T>* SeriesOf(const SeriesEntry& entry) {
+  return static_cast<const CSeriesBase<T>*>(entry.series.get());
+}
+
+FigureLine LineOf(StatisticKind kind, const IGroup& group) {
+  switch (kind) {
+    case StatisticKind::kMaxTime:
+      return FigureLine::kMaxTime;
+    case StatisticKind::kMinTime:
+      return FigureLine::kMinTime;
+    case StatisticKind::kMean:
+      return FigureLine::kMean;
+  }
+  throw CException(132, GroupContext(&group));
+}
+
+}  // namespace
 
 template <class T>
 void GroupStatistics<T>::CheckAvailable(std::uint64_t secondary) const {
-  const CGroupBase<T>& group = m_group;
+  const IGroup& group = m_group;
   if (!group.IsPreview() && !group.IsWritingIncrementally() && !group.HasData() &&
-      Stored(secondary) == nullptr) {
+      !HasStored(secondary)) {
     throw CException(45, GroupContext(&group));
   }
   if (group.GetNumberOfAxes() == 0) throw CException(51, GroupContext(&group));
@@ -27,12 +48,6 @@ void GroupStatistics<T>::CheckAvailable(std::uint64_t secondary) const {
 }
 
 template <class T>
-const StatisticsBlock<T>* GroupStatistics<T>::Stored(std::uint64_t secondary) const {
-  return secondary < m_stored.size() && !m_stored[secondary].uloads.empty() ? &m_stored[secondary]
-                                                                            : nullptr;
-}
-
-template <class T>
 void GroupStatistics<T>::FailWithoutStored() const {
   throw CException(123, GroupContext(&m_group));
 }
@@ -42,7 +57,7 @@ bool GroupStatistics<T>::IsAllInMemory(std::uint64_t secondary) const {
   if (m_group.GetNumberOfAxes() < 2) return m_group.GetLoadState() == 1;
   const auto& entries = m_group.GetSeriesEntries();
   return std::all_of(entries.begin(), entries.end(), [&](const SeriesEntry& entry) {
-    const auto* series = static_cast<const CSeriesBase<T>*>(entry.series.get());
+    const CSeriesBase<T>* const series = SeriesOf<T>(entry);
     if (series == nullptr) return false;
     const std::vector<T>* points = series->FindVector(secondary);
     if (points == nullptr) throw CException(10, SeriesContext(series));
@@ -50,64 +65,148 @@ bool GroupStatistics<T>::IsAllInMemory(std::uint64_t secondary) const {
   });
 }
 
+/// Whether the series that have an object are filled to one length: no figure of one can be refused
+/// then while that of another is not.
 template <class T>
-bool GroupStatistics<T>::AnswersFromStored(std::uint64_t secondary, bool preferComputed) const {
-  if (m_group.IsPreview() || !preferComputed) {
-    if (Stored(secondary) == nullptr) FailWithoutStored();
-    return true;
+bool GroupStatistics<T>::IsOfOneLength(std::uint64_t secondary) const {
+  std::size_t length = 0;
+  for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
+    if (entry.series == nullptr) continue;
+    const std::vector<T>* const points = SeriesOf<T>(entry)->FindVector(secondary);
+    if (points == nullptr || points->empty()) return false;
+    if (length != 0 && points->size() != length) return false;
+    length = points->size();
   }
-  if (m_stored.empty() || IsAllInMemory(secondary)) return false;
-  if (Stored(secondary) == nullptr) FailWithoutStored();
-  return true;
+  return length != 0;
 }
 
 template <class T>
-StatisticsBlock<T>& GroupStatistics<T>::Computed(std::uint64_t secondary) {
-  m_computed.resize(
-      static_cast<std::size_t>(std::max<std::uint64_t>(secondary + 1, m_group.CountOfSecondary())));
-  return m_computed[secondary];
+bool GroupStatistics<T>::AnswersFromStored(std::uint64_t secondary, bool preferComputed) const {
+  if (m_group.IsPreview() || !preferComputed) {
+    if (!HasStored(secondary)) FailWithoutStored();
+    return true;
+  }
+  if (m_stored.rows.BlockCount() == 0 || IsAllInMemory(secondary)) return false;
+  if (!HasStored(secondary)) FailWithoutStored();
+  return true;
 }
 
 template <class T>
 const std::vector<double>& GroupStatistics<T>::Get(StatisticKind kind, std::uint64_t secondary,
                                                    bool preferComputed) {
   CheckAvailable(secondary);
-  const auto pick = [&](auto& block) -> auto& {
-    switch (kind) {
-      case StatisticKind::kMaxTime:
-        return block.maxTime;
-      case StatisticKind::kMinTime:
-        return block.minTime;
-      case StatisticKind::kMean:
-        return block.mean;
-    }
-    throw CException(132, GroupContext(&m_group));
-  };
-  if (AnswersFromStored(secondary, preferComputed)) return pick(*Stored(secondary));
-  auto& computed = pick(Computed(secondary));
-  ComputeStatistic(computed, kind, secondary);
-  return computed;
+  const FigureLine line = LineOf(kind, m_group);
+  if (AnswersFromStored(secondary, preferComputed)) {
+    m_line.resize(static_cast<std::size_t>(m_stored.rows.variableCount));
+    ReadFigures<double>(m_stored.text.View(), m_stored.rows.Line(secondary, line), m_line);
+  } else {
+    ComputeStatistic(m_line, kind, secondary);
+  }
+  return m_line;
 }
 
 template <class T>
 double GroupStatistics<T>::Get(StatisticKind kind, const std::string& name, std::uint64_t secondary,
                                bool preferComputed) {
-  const std::vector<double>& values = Get(kind, secondary, preferComputed);
-  const std::uint64_t index = m_group.GetSeriesIndex(name, /*exact=*/true);
-  if (index >= values.size()) FailWithoutStored();
-  return values[index];
+  CheckAvailable(secondary);
+  const FigureLine line = LineOf(kind, m_group);
+  const auto indexBelow = [&](std::uint64_t count) {
+    const std::uint64_t index = m_group.GetSeriesIndex(name, /*exact=*/true);
+    if (index >= count) FailWithoutStored();
+    return index;
+  };
+  if (AnswersFromStored(secondary, preferComputed)) {
+    return ReadFigure<double>(m_stored.text.View(), m_stored.rows.Line(secondary, line),
+                              indexBelow(m_stored.rows.variableCount));
+  }
+  // A time may be refused for the sake of another series, which an axis has no value for.
+  if (kind == StatisticKind::kMean && !m_group.IsWritingIncrementally() &&
+      IsOfOneLength(secondary)) {
+    return MeanAt(indexBelow(m_group.GetNumberOfSeries()), secondary);
+  }
+  ComputeStatistic(m_line, kind, secondary);
+  return m_line[static_cast<std::size_t>(indexBelow(m_line.size()))];
+}
+
+/// The mean that stands at a place of the computed row, in which gaps close up.
+template <class T>
+double GroupStatistics<T>::MeanAt(std::uint64_t place, std::uint64_t secondary) const {
+  for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
+    if (entry.series != nullptr && place-- == 0) return entry.series->GetMean(secondary);
+  }
+  return 0.0;
+}
+
+template <class T>
+bool GroupStatistics<T>::IsLive(std::uint64_t secondary, bool preferComputed) const {
+  return preferComputed && m_group.IsWritingIncrementally() && !m_group.IsPreview() &&
+         secondary < m_liveUloads.size();
 }
 
 template <class T>
 const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::GetUloads(std::uint64_t secondary,
                                                                          bool preferComputed) {
   CheckAvailable(secondary);
-  const bool live = preferComputed && m_group.IsWritingIncrementally() && !m_group.IsPreview();
-  if (live && secondary < m_liveUloads.size()) return m_liveUloads[secondary];
-  if (!live && AnswersFromStored(secondary, preferComputed)) return Stored(secondary)->uloads;
-  Uloads& computed = Computed(secondary).uloads;
-  ComputeUloads(computed, secondary);
-  return computed;
+  if (IsLive(secondary, preferComputed)) return m_liveUloads[secondary];
+  return AnswersFromStored(secondary, preferComputed) ? StoredUloads(secondary)
+                                                      : ComputedUloads(secondary);
+}
+
+template <class T>
+const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::StoredUloads(
+    std::uint64_t secondary) {
+  const auto count = static_cast<std::size_t>(m_stored.rows.variableCount);
+  m_uloads.resize(2 * count);
+  for (std::size_t i = 0; i < m_uloads.size(); ++i) {
+    m_uloads[i].resize(count);
+    ReadFigures<T>(m_stored.text.View(), m_stored.rows.UloadsRow(secondary, i), m_uloads[i]);
+  }
+  return m_uloads;
+}
+
+template <class T>
+const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::ComputedUloads(
+    std::uint64_t secondary) {
+  ComputeUloads(m_uloads, secondary);
+  return m_uloads;
+}
+
+template <class T>
+T GroupStatistics<T>::ValueIn(const Uloads& rows, std::uint64_t row, std::uint64_t column) const {
+  if (row >= rows.size() || column >= rows[row].size()) FailWithoutStored();
+  return rows[row][column];
+}
+
+template <class T>
+T GroupStatistics<T>::GetUload(std::uint64_t series, Extreme extreme, std::uint64_t column,
+                               std::uint64_t secondary) {
+  CheckAvailable(secondary);
+  const std::uint64_t row = 2 * series + static_cast<std::uint64_t>(extreme);
+  if (IsLive(secondary, /*preferComputed=*/true)) {
+    return ValueIn(m_liveUloads[secondary], row, column);
+  }
+  if (AnswersFromStored(secondary, /*preferComputed=*/true)) {
+    const std::uint64_t count = m_stored.rows.variableCount;
+    if (series >= count || column >= count) FailWithoutStored();  // the header tells of fewer
+    return ReadFigure<T>(m_stored.text.View(), m_stored.rows.UloadsRow(secondary, row), column);
+  }
+  if (!m_group.IsWritingIncrementally() && IsOfOneLength(secondary)) {
+    return ValueAtExtreme(series, extreme, column, secondary);
+  }
+  return ValueIn(ComputedUloads(secondary), row, column);
+}
+
+/// A place of the computed table; of a series without object it holds 0.
+template <class T>
+T GroupStatistics<T>::ValueAtExtreme(std::uint64_t series, Extreme extreme, std::uint64_t column,
+                                     std::uint64_t secondary) const {
+  const auto& entries = m_group.GetSeriesEntries();
+  ISeries* const own = entries[series].series.get();
+  const CSeriesBase<T>* const other = SeriesOf<T>(entries[column]);
+  if (own == nullptr || other == nullptr) return T{};
+  return other->DataAtIndex(extreme == Extreme::kMaximum ? own->GetMaximumIndex(secondary)
+                                                         : own->GetMinimumIndex(secondary),
+                            secondary);
 }
 
 template <class T>
@@ -149,7 +248,7 @@ void GroupStatistics<T>::ComputeUloads(Uloads& out, std::uint64_t secondary) con
   for (auto& row : out) row.resize(entries.size());
   const auto fill = [&](std::vector<T>& row, std::uint64_t index) {
     for (std::size_t j = 0; j < entries.size(); ++j) {
-      const auto* series = static_cast<const CSeriesBase<T>*>(entries[j].series.get());
+      const CSeriesBase<T>* const series = SeriesOf<T>(entries[j]);
       if (series != nullptr) row[j] = series->DataAtIndex(index, secondary);
     }
   };
@@ -164,24 +263,16 @@ void GroupStatistics<T>::ComputeUloads(Uloads& out, std::uint64_t secondary) con
 }
 
 template <class T>
-void GroupStatistics<T>::ComputeLiveUloads() {
-  const std::uint64_t count = m_group.CountOfSecondary();
-  m_liveUloads.resize(static_cast<std::size_t>(count));
-  for (std::uint64_t secondary = 0; secondary < count; ++secondary) {
+void GroupStatistics<T>::ComputeLiveUloads(std::uint64_t secondaryCount) {
+  m_liveUloads.resize(static_cast<std::size_t>(secondaryCount));
+  for (std::uint64_t secondary = 0; secondary < secondaryCount; ++secondary) {
     ComputeUloads(m_liveUloads[secondary], secondary);
   }
 }
 
 template <class T>
-void GroupStatistics<T>::ReadStored(CHeaderReader& header, std::uint64_t variableCount) {
-  std::vector<StatisticsBlock<T>> blocks;
-  // A header that tells of more secondary values than it has blocks ends the loop by itself.
-  for (std::uint64_t secondary = 0; secondary < m_group.CountOfSecondary(); ++secondary) {
-    auto block = header.template ReadStatistics<T>(variableCount);
-    if (!block) break;
-    blocks.push_back(std::move(*block));
-  }
-  m_stored = std::move(blocks);
+void GroupStatistics<T>::SetStored(HeaderFigures figures) {
+  m_stored = std::move(figures);
   m_hasReadStored = true;
 }
 

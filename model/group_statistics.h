@@ -4,13 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "groupfiles/group_header.h"
+#include "groupfiles/figure_rows.h"
 
 namespace Sumara {
 
-template <class T>
-class CGroupBase;
-class CHeaderReader;
+class IGroup;
 class ISeries;
 
 /// The kinds of statistic that have one value for each series.
@@ -22,20 +20,23 @@ enum class StatisticKind : std::int32_t { kMaxTime = 0, kMinTime = 1, kMean = 2 
 /// stored figures is computed from what it has. A figure of a partly loaded group without stored
 /// figures closes up over the series that have no data: the values of a later series stand at an
 /// earlier place.
+///
+/// Of the header, its text is kept, and the rows that are asked for are converted.
 template <class T>
 class GroupStatistics {
  public:
   using Uloads = std::vector<std::vector<T>>;
 
-  explicit GroupStatistics(CGroupBase<T>& group) : m_group(group) {}
+  explicit GroupStatistics(const IGroup& group) : m_group(group) {}
 
   /// \throws CException 45, 51, 124, 46, 40
   void CheckAvailable(std::uint64_t secondary) const;
 
   /// One value for each series: the time (value of the primary axis, or index of a labelled text
-  /// axis) of the maximum or minimum, or the mean. \throws CException as `CheckAvailable`; 123 if
-  /// only the header may answer and does not; 132
+  /// axis) of the maximum or minimum, or the mean. Good until the next request.
+  /// \throws CException as `CheckAvailable`; 123 if only the header may answer and does not; 132
   const std::vector<double>& Get(StatisticKind kind, std::uint64_t secondary, bool preferComputed);
+  /// The value of one series, for which no other is computed. \throws CException 1 too
   double Get(StatisticKind kind, const std::string& name, std::uint64_t secondary,
              bool preferComputed);
 
@@ -50,31 +51,43 @@ class GroupStatistics {
   }
 
   /// Row 2i holds the values of all series where series i has its maximum, row 2i + 1 where it has
-  /// its minimum.
+  /// its minimum. Good until the next request.
   const Uloads& GetUloads(std::uint64_t secondary, bool preferComputed);
+  /// One value of that table, for which no other is computed: of the series at `column`, where the
+  /// one at `series` has its extreme. \throws CException 123 too if there is no such place
+  T GetUload(std::uint64_t series, Extreme extreme, std::uint64_t column, std::uint64_t secondary);
 
   void ComputeStatistic(std::vector<double>& out, StatisticKind kind,
                         std::uint64_t secondary) const;
   void ComputeUloads(Uloads& out, std::uint64_t secondary) const;
   /// Brings the rows of incremental writing up to the data now in memory.
-  void ComputeLiveUloads();
+  void ComputeLiveUloads(std::uint64_t secondaryCount);
 
-  void ReadStored(CHeaderReader& header, std::uint64_t variableCount);
+  void SetStored(HeaderFigures figures);
   bool HasReadStored() const { return m_hasReadStored; }
+  /// Whether the header held a block for this secondary index.
+  bool HasStored(std::uint64_t secondary) const { return secondary < m_stored.rows.BlockCount(); }
 
  private:
-  const StatisticsBlock<T>* Stored(std::uint64_t secondary) const;
   [[noreturn]] void FailWithoutStored() const;
   bool IsAllInMemory(std::uint64_t secondary) const;
+  bool IsOfOneLength(std::uint64_t secondary) const;
   bool AnswersFromStored(std::uint64_t secondary, bool preferComputed) const;
-  StatisticsBlock<T>& Computed(std::uint64_t secondary);
+  bool IsLive(std::uint64_t secondary, bool preferComputed) const;
+  const Uloads& StoredUloads(std::uint64_t secondary);
+  const Uloads& ComputedUloads(std::uint64_t secondary);
+  T ValueIn(const Uloads& rows, std::uint64_t row, std::uint64_t column) const;
+  T ValueAtExtreme(std::uint64_t series, Extreme extreme, std::uint64_t column,
+                   std::uint64_t secondary) const;
+  double MeanAt(std::uint64_t place, std::uint64_t secondary) const;
   double FigureOf(ISeries& series, StatisticKind kind, std::uint64_t secondary) const;
 
-  CGroupBase<T>& m_group;
-  std::vector<StatisticsBlock<T>> m_stored;  ///< one for each secondary index
-  std::vector<StatisticsBlock<T>> m_computed;
-  std::vector<Uloads> m_liveUloads;
+  const IGroup& m_group;
+  HeaderFigures m_stored;
   bool m_hasReadStored = false;
+  std::vector<double> m_line;  ///< the answer to the last request for one
+  Uloads m_uloads;             ///< the same
+  std::vector<Uloads> m_liveUloads;
 };
 
 }  // namespace Sumara

@@ -15,6 +15,7 @@
 #include "model/group_loader.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/scratch.h"
+#include "tests/groupfiles/plain_figures.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ struct Header {
   Sumara::HeaderTop top;
   std::vector<Sumara::AxisDescription> axes;
   std::vector<std::string> parameters;
-  std::vector<Sumara::StatisticsBlock<T>> statistics;
+  std::vector<testing_support::PlainFigures<T>> statistics;
   Sumara::HeaderVariables variables;
 };
 
@@ -43,9 +44,8 @@ Header<T> ReadHeader(const std::string& path) {
     header.axes.push_back(reader.ReadAxis(header.top, i + 1));
   }
   header.parameters = reader.ReadNamedParameters();
-  while (auto block = reader.template ReadStatistics<T>(header.top.dimensions.front())) {
-    header.statistics.push_back(std::move(*block));
-  }
+  const std::uint64_t count = header.top.dimensions.front();
+  header.statistics = testing_support::FiguresOf<T>(reader.ReadFigures(count, ~std::uint64_t{0}));
   header.variables = reader.ReadVariables();
   return header;
 }

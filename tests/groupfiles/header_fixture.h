@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "groupfiles/header_reader.h"
+#include "tests/groupfiles/plain_figures.h"
 #include "tests/support/message_of.h"
 #include "tests/support/run_files.h"
 #include "tests/support/temp_directory.h"
@@ -17,9 +18,11 @@ struct ReadHeader {
   Sumara::HeaderTop top;
   std::vector<Sumara::AxisDescription> axes;
   std::vector<std::string> parameters;
-  std::vector<Sumara::StatisticsBlock<float>> statistics;
+  std::vector<PlainFigures<float>> statistics;
   Sumara::HeaderVariables variables;
 };
+
+inline constexpr std::uint64_t kAllBlocks = ~std::uint64_t{0};
 
 /// Reads header texts in the order in which a group is loaded.
 class HeaderFixture : public ::testing::Test {
@@ -34,9 +37,8 @@ class HeaderFixture : public ::testing::Test {
       header.axes.push_back(reader.ReadAxis(header.top, i + 1));
     }
     header.parameters = reader.ReadNamedParameters();
-    while (auto block = reader.ReadStatistics<float>(header.top.dimensions.front())) {
-      header.statistics.push_back(*block);
-    }
+    header.statistics =
+        FiguresOf<float>(reader.ReadFigures(header.top.dimensions.front(), kAllBlocks));
     header.variables = reader.ReadVariables();
     return header;
   }

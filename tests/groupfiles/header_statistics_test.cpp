@@ -145,8 +145,8 @@ class HeaderStatisticsTypesTest : public HeaderStatisticsTest {
     reader.ReadAxis(top, 1);
     reader.ReadNamedParameters();
     std::vector<std::vector<double>> rows;
-    const auto block = reader.ReadStatistics<T>(2);
-    for (const auto& row : block.value().uloads) rows.emplace_back(row.begin(), row.end());
+    const auto blocks = testing_support::FiguresOf<T>(reader.ReadFigures(2, 1));
+    for (const auto& row : blocks.at(0).uloads) rows.emplace_back(row.begin(), row.end());
     return rows;
   }
 };
