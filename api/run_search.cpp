@@ -75,22 +75,13 @@ std::vector<RunPtr> Walk(const std::string& rootDirectory, const RunQuery& query
 bool RunNameMatcher::Matches(std::string_view fileName) {
   if (m_pattern.empty()) return true;
   const std::string_view name = Sumara::StemOf(fileName);
-  if (m_isRegularExpression) return MatchesExpression(name);
-  if (State().filters.runNameCase == CaseSensitivity::MatchCase) return name == m_pattern;
-  return Sumara::EqualsNoCase(name, m_pattern);
-}
-
-bool RunNameMatcher::MatchesExpression(std::string_view name) {
-  try {
-    if (!m_expression) {
-      auto flags = std::regex::ECMAScript;
-      if (State().filters.runNameCase == CaseSensitivity::IgnoreCase) flags |= std::regex::icase;
-      m_expression.emplace(m_pattern, flags);
-    }
-    return std::regex_match(name.begin(), name.end(), *m_expression);
-  } catch (const std::regex_error& failure) {
-    throw Sumara::CException(169, "Expression: " + m_pattern, failure.what());
+  const CaseSensitivity sensitivity = State().filters.runNameCase;
+  if (m_isRegularExpression) {
+    if (!m_expression) m_expression.emplace(m_pattern, sensitivity == CaseSensitivity::IgnoreCase);
+    return m_expression->Matches(name);
   }
+  if (sensitivity == CaseSensitivity::MatchCase) return name == m_pattern;
+  return Sumara::EqualsNoCase(name, m_pattern);
 }
 
 bool IsFilterSkipped() {

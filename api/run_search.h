@@ -1,11 +1,11 @@
 #pragma once
 
 #include <optional>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "api/name_expression.h"
 #include "api/types.h"
 
 namespace SumaraApi {
@@ -28,11 +28,9 @@ class RunNameMatcher {
   bool Matches(std::string_view fileName);
 
  private:
-  bool MatchesExpression(std::string_view name);
-
   const std::string& m_pattern;
   bool m_isRegularExpression;
-  std::optional<std::regex> m_expression;
+  std::optional<NameExpression> m_expression;
 };
 
 /// Whether the settings let every run pass, so that nothing has to be asked of a run.

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import time
 from collections.abc import Callable, Sequence
 from pathlib import Path
 
@@ -135,6 +136,31 @@ def test_expressions_that_are_none(tree: Path) -> None:
     empty = tree / "empty"
     empty.mkdir()
     assert MATCHING(str(empty), "(") == ()
+
+
+@pytest.mark.parametrize(
+    ("pattern", "reason"),
+    [
+        ("a" * 87_000, "More than 16384 terms in one alternative"),
+        ("(" * 15_000 + ")" * 15_000, "More than 1000 groups in one another"),
+        ("(a*)*b", "Matching a name takes too many steps"),
+    ],
+)
+def test_expressions_that_would_hurt(pattern: str, reason: str, tmp_path: Path) -> None:
+    """They are refused as bad ones are, and soon."""
+    tmp_path.joinpath("a" * 40 + ".$TE").write_bytes(b"")
+    began = time.monotonic()
+    text = error_of(lambda: MATCHING(str(tmp_path), pattern))
+    assert time.monotonic() - began < 10
+    assert text == (
+        "Sumara Tables error: Run name regular expression invalid.\nFurther information: "
+        f"Expression: {pattern}\nInner exception: {reason}"
+    )
+
+
+def test_an_expression_of_thousands_of_names(tree: Path) -> None:
+    names = "|".join(f"simulation_of_load_case_{i}" for i in range(20_000))
+    assert found_matching(tree, f"{names}|RUN1|my(run)1") == ["Run1", "myrun1", "run1"]
 
 
 def test_roots_that_are_none(tree: Path) -> None:
