@@ -33,6 +33,8 @@ class File {
   int Open(const std::string& path, Access access);
   int Close() noexcept;
   bool IsOpen() const { return m_handle != -1; }
+  /// The system's own handle, for what stands in files of the platform.
+  int Handle() const { return m_handle; }
 
   /// The present size in bytes; all ones if the system does not tell.
   std::uint64_t Size() const;
