@@ -1,0 +1,151 @@
+#include "groupfiles/column_gather.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+#include "core/prefetch.h"
+
+namespace Sumara {
+namespace {
+
+constexpr std::size_t kCacheLine = 64;
+constexpr std::size_t kPrefetchRows = 16;
+
+/// The i-th to the last of the wanted rows whose value of a column stands in a block.
+struct Stretch {
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
+};
+
+template <class T>
+Stretch StretchOf(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t column,
+                  const RowRange& rows) {
+  const std::uint64_t base = plan.bases[column];
+  return {RowsBefore(block.first, base, plan.stride, rows),
+          RowsBefore(block.first + block.words.size(), base, plan.stride, rows)};
+}
+
+/// Where the value of a column in the i-th wanted row stands in a block that holds it.
+template <class T>
+const T* PlaceOf(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t column,
+                 const RowRange& rows, std::uint64_t i) {
+  const std::uint64_t row = rows.first + i * rows.step;
+  return block.words.data() + (plan.bases[column] + row * plan.stride - block.first);
+}
+
+template <class T, class U>
+void CopyColumn(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t column,
+                const RowRange& rows, Stretch stretch, U* values) {
+  if (stretch.begin >= stretch.end) return;
+  const T* const words = PlaceOf(block, plan, column, rows, stretch.begin);
+  const auto step = static_cast<std::size_t>(rows.step * plan.stride);
+  const auto count = static_cast<std::size_t>(stretch.end - stretch.begin);
+  // Values of one variable lie far apart: the processor does not foresee the next page.
+  const std::size_t ahead = count - std::min(count, kPrefetchRows);
+  values += stretch.begin;
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < count; ++i, at += step) {
+    if (i < ahead) Prefetch(words + at + step * kPrefetchRows);
+    values[i] = ConvertElement<U>(words[at]);
+  }
+}
+
+/// As many columns as a cache line of the file has words. Their values are turned in a scratch that
+/// stays in the processor's nearest cache, and leave it as runs of each column: columns often begin
+/// a whole number of pages apart, and values written to all of them by turns would push each other
+/// out of that cache.
+template <class T, class U>
+class Tile {
+ public:
+  static constexpr std::size_t kWidth = kCacheLine / sizeof(T);
+
+  void Copy(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t first, std::size_t width,
+            const RowRange& rows, std::span<U* const> columns) {
+    Stretch common = StretchOf(block, plan, first, rows);
+    m_adjacent = true;
+    for (std::size_t c = 0; c < width; ++c) {
+      const Stretch own = StretchOf(block, plan, first + c, rows);
+      common = {std::max(common.begin, own.begin), std::min(common.end, own.end)};
+      m_offsets[c] = static_cast<std::size_t>(plan.bases[first + c] - plan.bases[first]);
+      m_adjacent = m_adjacent && m_offsets[c] == c;
+    }
+    common.end = std::max(common.begin, common.end);
+    // At the ends of a block some columns have a row more than others.
+    for (std::size_t c = first; c < first + width; ++c) {
+      const Stretch own = StretchOf(block, plan, c, rows);
+      CopyColumn(block, plan, c, rows, {own.begin, std::min(own.end, common.begin)}, columns[c]);
+      CopyColumn(block, plan, c, rows, {std::max(own.begin, common.end), own.end}, columns[c]);
+    }
+    for (std::uint64_t i = common.begin; i < common.end; i += kRows) {
+      const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kRows, common.end - i));
+      Turn(PlaceOf(block, plan, first, rows, i), static_cast<std::size_t>(rows.step * plan.stride),
+           width, count);
+      for (std::size_t c = 0; c < width; ++c) {
+        std::memcpy(columns[first + c] + i, m_values[c].data(), count * sizeof(U));
+      }
+    }
+  }
+
+ private:
+  static constexpr std::size_t kRows = 128;
+  static constexpr std::size_t kPadding = kCacheLine / sizeof(U);  // the rows apart in the cache
+
+  void Turn(const T* words, std::size_t step, std::size_t width, std::size_t count) {
+    std::size_t at = 0;
+    if (m_adjacent && width == kWidth) {
+      for (std::size_t i = 0; i < count; ++i, at += step) {
+        for (std::size_t c = 0; c < kWidth; ++c) m_values[c][i] = ConvertElement<U>(words[at + c]);
+      }
+      return;
+    }
+    for (std::size_t i = 0; i < count; ++i, at += step) {
+      for (std::size_t c = 0; c < width; ++c) {
+        m_values[c][i] = ConvertElement<U>(words[at + m_offsets[c]]);
+      }
+    }
+  }
+
+  std::array<std::array<U, kRows + kPadding>, kWidth> m_values;
+  std::array<std::size_t, kWidth> m_offsets{};  // wrap round for columns in falling order
+  bool m_adjacent = true;
+};
+
+}  // namespace
+
+std::uint64_t RowsBefore(std::uint64_t end, std::uint64_t base, std::uint64_t stride,
+                         const RowRange& rows) {
+  if (end <= base) return 0;
+  const std::uint64_t before = (end - base - 1) / stride + 1;  // of all rows of the file
+  if (before <= rows.first) return 0;
+  return std::min(rows.count, (before - rows.first - 1) / rows.step + 1);
+}
+
+template <class T, class U>
+void GatherColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
+                   std::span<U* const> columns) {
+  if (columns.size() == 1) {
+    CopyColumn(block, plan, 0, rows, StretchOf(block, plan, 0, rows), columns[0]);
+    return;
+  }
+  Tile<T, U> tile;
+  for (std::size_t c = 0; c < columns.size(); c += Tile<T, U>::kWidth) {
+    tile.Copy(block, plan, c, std::min(Tile<T, U>::kWidth, columns.size() - c), rows, columns);
+  }
+}
+
+#define TABULON_INSTANTIATE_PAIR(T, U)                                                 \
+  template void GatherColumns(const WordBlock<T>&, const ColumnPlan&, const RowRange&, \
+                              std::span<U* const>);
+#define TABULON_INSTANTIATE(T)        \
+  TABULON_INSTANTIATE_PAIR(T, float)  \
+  TABULON_INSTANTIATE_PAIR(T, double) \
+  TABULON_INSTANTIATE_PAIR(T, short)  \
+  TABULON_INSTANTIATE_PAIR(T, int)    \
+  TABULON_INSTANTIATE_PAIR(T, Long)
+TABULON_FOR_EACH_ELEMENT_TYPE(TABULON_INSTANTIATE)
+#undef TABULON_INSTANTIATE
+#undef TABULON_INSTANTIATE_PAIR
+
+}  // namespace Sumara

@@ -1,0 +1,145 @@
+#include "groupfiles/column_gather.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <thread>
+
+#include "tests/support/type_pairs.h"
+
+namespace {
+
+using Sumara::ColumnPlan;
+using Sumara::RowRange;
+using Sumara::WordBlock;
+
+constexpr std::uint64_t kMost = ~std::uint64_t{0};
+
+/// Words that no conversion changes.
+template <class T>
+std::vector<T> Words(std::size_t count) {
+  std::vector<T> words;
+  for (std::size_t i = 0; i < count; ++i) words.push_back(static_cast<T>(int(i * 7 % 30011)));
+  return words;
+}
+
+template <class U>
+using Columns = std::vector<std::vector<U>>;
+
+constexpr int kUntouched = -5;
+
+template <class U>
+Columns<U> Room(const ColumnPlan& plan, const RowRange& rows) {
+  return Columns<U>(plan.bases.size(), std::vector<U>(rows.count, static_cast<U>(kUntouched)));
+}
+
+/// Reads the words block by block, each of `blockSize`.
+template <class U, class T>
+void Gather(const std::vector<T>& words, std::size_t blockSize, const ColumnPlan& plan,
+            const RowRange& rows, Columns<U>& columns) {
+  std::vector<U*> places;
+  for (auto& column : columns) places.push_back(column.data());
+  for (std::size_t first = 0; first < words.size(); first += blockSize) {
+    const std::size_t size = std::min(blockSize, words.size() - first);
+    // A copy of its own, so that a read beside the block is seen.
+    const std::vector<T> block(words.begin() + std::ptrdiff_t(first),
+                               words.begin() + std::ptrdiff_t(first + size));
+    Sumara::GatherColumns<T, U>({block, first}, plan, rows, places);
+  }
+}
+
+/// The same, a value at a time.
+template <class U, class T>
+Columns<U> Plain(const std::vector<T>& words, const ColumnPlan& plan, const RowRange& rows) {
+  Columns<U> columns = Room<U>(plan, rows);
+  for (std::size_t c = 0; c < columns.size(); ++c) {
+    for (std::uint64_t i = 0; i < rows.count; ++i) {
+      const std::uint64_t place = plan.bases[c] + (rows.first + i * rows.step) * plan.stride;
+      if (place < words.size()) columns[c][i] = Sumara::ConvertElement<U>(words[place]);
+    }
+  }
+  return columns;
+}
+
+template <class Pair>
+class ColumnGatherTest : public ::testing::Test {};
+TYPED_TEST_SUITE(ColumnGatherTest, testing_support::ElementTypePairs);
+
+TYPED_TEST(ColumnGatherTest, ColumnsOfAnyPlanAndRangeComeFromBlocksOfAnySize) {
+  using T = typename TypeParam::Stored;
+  using U = typename TypeParam::Target;
+  std::mt19937 random(20);
+  const auto pick = [&](std::uint64_t least, std::uint64_t most) {
+    return std::uniform_int_distribution<std::uint64_t>(least, most)(random);
+  };
+  for (int round = 0; round < 60; ++round) {
+    ColumnPlan plan;
+    plan.stride = pick(1, 90);
+    const RowRange rows{pick(0, 20), pick(0, 400), pick(1, 4)};
+    const auto words = Words<T>(pick(0, 500 * plan.stride));
+    const bool adjacent = round % 2 == 0;
+    for (std::uint64_t c = 0, n = pick(0, plan.stride); c < n; ++c) {
+      plan.bases.push_back(adjacent ? c : pick(0, plan.stride - 1));
+    }
+    for (const std::size_t blockSize : {std::size_t{1 << 20}, std::size_t(pick(1, 5000))}) {
+      Columns<U> columns = Room<U>(plan, rows);
+      Gather(words, blockSize, plan, rows, columns);
+      ASSERT_EQ(columns, Plain<U>(words, plan, rows)) << "round " << round;
+    }
+  }
+}
+
+TEST(ColumnGatherRangeTest, RowsThatTheBlockDoesNotHoldStayAsTheyAre) {
+  const ColumnPlan plan{{0, 2}, 3};
+  const RowRange rows{1, 4, 1};
+  Columns<int> columns = Room<int>(plan, rows);
+  std::vector<int*> places{columns[0].data(), columns[1].data()};
+  const std::vector<int> words{5, 6, 7, 8};  // of a file: its words 5 to 8
+  Sumara::GatherColumns<int, int>({words, 5}, plan, rows, places);
+  EXPECT_EQ(columns, (Columns<int>{{kUntouched, 6, kUntouched, kUntouched},
+                                   {5, 8, kUntouched, kUntouched}}));
+}
+
+TEST(ColumnGatherRangeTest, NothingIsWantedOfNoColumns) {
+  Sumara::GatherColumns<float, float>({std::vector<float>{1, 2}, 0}, {{}, 1}, {0, 2, 1}, {});
+}
+
+TEST(ColumnGatherRangeTest, PlacesBeyondAllNumbersAreInNoBlock) {
+  std::vector<int> column(3, kUntouched);
+  const std::vector<int> words{1, 2, 3};
+  for (const ColumnPlan& plan : {ColumnPlan{{kMost}, 1}, ColumnPlan{{1}, kMost}}) {
+    std::vector<int*> places{column.data()};
+    for (const RowRange& rows : {RowRange{1, 3, 1}, RowRange{kMost, 3, kMost}}) {
+      Sumara::GatherColumns<int, int>({words, 0}, plan, rows, places);
+    }
+  }
+  EXPECT_EQ(column, std::vector<int>(3, kUntouched));
+}
+
+TEST(ColumnGatherRangeTest, RowsBefore) {
+  EXPECT_EQ(Sumara::RowsBefore(0, 0, 3, {0, 9, 1}), 0u);
+  EXPECT_EQ(Sumara::RowsBefore(1, 0, 3, {0, 9, 1}), 1u);
+  EXPECT_EQ(Sumara::RowsBefore(7, 0, 3, {0, 9, 1}), 3u);
+  EXPECT_EQ(Sumara::RowsBefore(7, 1, 3, {0, 9, 1}), 2u);
+  EXPECT_EQ(Sumara::RowsBefore(7, 0, 3, {1, 9, 2}), 1u);
+  EXPECT_EQ(Sumara::RowsBefore(kMost, 0, 1, {0, 9, 1}), 9u);
+  EXPECT_EQ(Sumara::RowsBefore(kMost, 0, 1, {kMost, 9, 1}), 0u);
+}
+
+TEST(ColumnGatherThreadsTest, ThreadsShareAPlanAndABlock) {
+  const auto words = Words<float>(64 * 1000);
+  ColumnPlan plan{{}, 64};
+  for (std::uint64_t c = 0; c < 64; ++c) plan.bases.push_back(c);
+  const RowRange rows{0, 1000, 1};
+  const auto expected = Plain<double>(words, plan, rows);
+  std::vector<Columns<double>> results(4, Room<double>(plan, rows));
+  std::vector<std::thread> threads;
+  for (auto& result : results) {
+    threads.emplace_back([&] { Gather(words, words.size(), plan, rows, result); });
+  }
+  for (auto& thread : threads) thread.join();
+  for (const auto& result : results) EXPECT_EQ(result, expected);
+}
+
+}  // namespace
