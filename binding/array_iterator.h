@@ -8,6 +8,7 @@
 
 #include "binding/exception_translation.h"
 #include "binding/python_object.h"
+#include "binding/vectors.h"
 
 namespace swig {
 
@@ -72,11 +73,6 @@ class SwigPyIterator {
 
 namespace Binding {
 
-template <class T>
-const std::vector<T>* ArrayOf(PyObject* object);
-template <class T>
-PyObject* ElementToPython(const T& element);
-
 /// The iterator of an array of T.
 template <class T>
 class ArrayIterator final : public swig::SwigPyIterator {
@@ -88,7 +84,7 @@ class ArrayIterator final : public swig::SwigPyIterator {
     if (m_index >= elements.size()) {
       throw StopIteration();
     }
-    return ElementToPython<T>(elements[m_index]);
+    return Element<T>::ToPython(elements[m_index]);
   }
 
   SwigPyIterator* incr(std::size_t n) override {
@@ -117,7 +113,11 @@ class ArrayIterator final : public swig::SwigPyIterator {
 
  private:
   const std::vector<T>& Elements() const {
-    const std::vector<T>* elements = ArrayOf<T>(m_array.Get());
+    HeldPointer array;
+    if (!array.Take(m_array.Get(), TypeOf<std::vector<T>>(), false) && PyErr_Occurred()) {
+      throw ErrorAlreadySet();
+    }
+    const auto* const elements = static_cast<const std::vector<T>*>(array.Get());
     return elements ? *elements : throw std::invalid_argument("the array was deleted");
   }
 

@@ -5,17 +5,6 @@
 
 // What error texts call a slice.
 using SWIGPY_SLICEOBJECT = PyObject;
-
-namespace Binding {
-
-template <class T>
-const std::vector<T>* ArrayOf(PyObject* object) {
-  void* array = nullptr;
-  const bool found = SWIG_IsOK(SWIG_ConvertPtr(object, &array, TypeOf<std::vector<T>>(), 0));
-  return found ? static_cast<const std::vector<T>*>(array) : nullptr;
-}
-
-}  // namespace Binding
 %}
 
 %typemap(in) SWIGPY_SLICEOBJECT * {
@@ -46,50 +35,13 @@ class vector {
   typedef T value_type;
 
   // Whatever the function, the text calls the array by its plain type.
-  %typemap(in, noblock=1) std::vector< T, Alloc > *self (void *argp = 0, int res = 0),
-                          const std::vector< T, Alloc > *self (void *argp = 0, int res = 0) {
-    res = SWIG_ConvertPtr($input, &argp, $descriptor, $disown);
-    if (!SWIG_IsOK(res)) {
-      %argument_fail(res, "$*1_ltype *", $symname, $argnum);
-    }
-    if (!argp) {
-      %argument_nullref("$*1_ltype *", $symname, $argnum);
-    }
-    $1 = %reinterpret_cast(argp, $ltype);
-  }
+  %self_of("$*1_ltype *", std::vector< T, Alloc > *self)
+  %self_of("$*1_ltype *", const std::vector< T, Alloc > *self)
 
-  %checked_self(std::vector< T, Alloc >)
-
-  %typemap(in) const std::vector< T, Alloc > & (int res = SWIG_OLDOBJ) {
-    std::vector< T > *elements = nullptr;
-    res = Binding::AsVector($input, &elements);
-    if (!SWIG_IsOK(res)) {
-      %argument_fail(res, "$type", $symname, $argnum);
-    }
-    if (!elements) {
-      %argument_nullref("$type", $symname, $argnum);
-    }
-    $1 = elements;
-  }
-  %typemap(freearg, noblock=1) const std::vector< T, Alloc > & {
-    if (SWIG_IsNewObj(res$argnum)) {
-      delete $1;
-    }
-  }
-  %typemap(typecheck, precedence=SWIG_TYPECHECK_VECTOR) const std::vector< T, Alloc > & {
-    std::vector< T > **unwanted = nullptr;
-    $1 = SWIG_CheckState(Binding::AsVector($input, unwanted));
-  }
+  %vector_of(T, std::vector< T, Alloc >)
   // Any integer is meant for an index, so that one of more than 64 bits is told as such.
   %typemap(typecheck, precedence=SWIG_TYPECHECK_INTEGER) difference_type i, difference_type j
     "$1 = PyLong_Check($input);"
-
-  %typemap(out, noblock=1) std::vector< T, Alloc > {
-    $result = Binding::ToTuple(static_cast<const std::vector< T > &>($1));
-  }
-  %typemap(out, noblock=1) const std::vector< T, Alloc > & {
-    $result = Binding::ToTuple(*$1);
-  }
 
   %feature("docstring") vector
 "An array: empty, a copy of an iterable, or a count of default elements or of copies of a value.";
@@ -171,50 +123,26 @@ Only a slice of step 1 may change the size.";
 
 }  // namespace std
 
-// `Element` is the element type as SWIG spells it.
-%define %array_type(Name, Element, T...)
-%held_type(Name, "std::vector< " Element ",std::allocator< " Element " > >",
-           std::vector< T >)
-%feature("unref") std::vector< T >
-  "Binding::DeleteHeld(swig_obj[0], Binding::TypeOf<std::vector< T > >());"
-%template(Name) std::vector< T >;
-%enddef
-
 %define %array(Suffix, T...)
-%array_type(ArrayOf ## Suffix, #T, T)
+%published(ArrayOf ## Suffix, std::vector< T >)
+%deleted_as(std::vector< T >, std::vector< T >)
+%template(ArrayOf ## Suffix) std::vector< T >;
 %enddef
-
 %define %array_of_arrays(Suffix, T...)
-%array_type(ArrayOfArrayOf ## Suffix, "std::vector< " #T ",std::allocator< " #T " > >",
-            std::vector< T >)
+%array(ArrayOf ## Suffix, std::vector< T >)
 %enddef
-
 %define %array_of_shared(Suffix, Type...)
-%array_type(ArrayOf ## Suffix, "std::shared_ptr< " #Type " >", std::shared_ptr< Type >)
+%array(Suffix, std::shared_ptr< Type >)
 %enddef
 
 %array(Int, int)
 %array(Float, float)
 %array(Double, double)
 %array(String, std::string)
-// A sequence of strings is looked for after a sequence of numbers.
-%typemap(typecheck, precedence=SWIG_TYPECHECK_STRING_ARRAY) const std::vector<std::string> & {
-  std::vector<std::string> **unwanted = nullptr;
-  $1 = SWIG_CheckState(Binding::AsVector($input, unwanted));
-}
 %array_of_arrays(Int, int)
 %array_of_arrays(Float, float)
 %array_of_arrays(Double, double)
 %array_of_arrays(String, std::string)
-%array_of_shared(Variable, SumaraApi::Variable)
-%array_of_shared(Variable1D_Float32, SumaraApi::Variable1D< float >)
-%array_of_shared(Variable1D_Float64, SumaraApi::Variable1D< double >)
-%array_of_shared(Variable1D_Int32, SumaraApi::Variable1D< int >)
-%array_of_shared(Variable2D_Float32, SumaraApi::Variable2D< float >)
-%array_of_shared(Variable2D_Float64, SumaraApi::Variable2D< double >)
-%array_of_shared(Variable2D_Int32, SumaraApi::Variable2D< int >)
-%array_of_shared(IndependentVariable, SumaraApi::IndependentVariable)
-%array_of_shared(Group, SumaraApi::Group)
-%array_of_shared(Run, SumaraApi::Run)
+%for_each_listed_class(%array_of_shared)
 
 %feature("except") %translate(TranslateException)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -26,10 +28,11 @@ constexpr const char* BufferCodes() {
 /// A view of a one-dimensional buffer, for as long as this object lives.
 class Buffer {
  public:
+  /// \throws ErrorAlreadySet
   explicit Buffer(PyObject* object) {
     m_held =
         PyObject_CheckBuffer(object) && PyObject_GetBuffer(object, &m_view, PyBUF_FULL_RO) == 0;
-    PyErr_Clear();
+    ClearError();
   }
   ~Buffer() {
     if (m_held) {
@@ -50,19 +53,21 @@ class Buffer {
            codes.find(format.back()) != std::string::npos;
   }
 
-  /// Copies all elements in one go.
+  /// Copies all elements in one go. \throws std::bad_alloc \throws ErrorAlreadySet
   template <class T>
-  bool CopyTo(std::vector<T>& elements) {
+  void CopyTo(std::vector<T>& elements) {
     if (PyBuffer_IsContiguous(&m_view, 'C') &&
         reinterpret_cast<std::uintptr_t>(m_view.buf) % alignof(T) == 0) {
       const T* const first = static_cast<const T*>(m_view.buf);
       const std::size_t count = static_cast<std::size_t>(m_view.len) / sizeof(T);
       Sumara::Pages::Reserve(elements, count);
       elements.assign(first, first + count);
-      return true;
+      return;
     }
     elements.resize(static_cast<std::size_t>(m_view.len) / sizeof(T));
-    return PyBuffer_ToContiguous(elements.data(), &m_view, m_view.len, 'C') == 0;
+    if (PyBuffer_ToContiguous(elements.data(), &m_view, m_view.len, 'C') != 0) {
+      throw ErrorAlreadySet();
+    }
   }
 
  private:

@@ -1,10 +1,5 @@
 // The classes, and how script objects hold theirs. Known before any function takes or returns one.
 
-%shared_class(Run, SumaraApi::Run)
-%shared_class(Group, SumaraApi::Group)
-%shared_class(IndependentVariable, SumaraApi::IndependentVariable)
-%shared_class(Variable, SumaraApi::Variable)
-
 // Calls `family` with each suffix of the class templates and its element type.
 %define %for_each_element_type(family)
 family(Float32, float)
@@ -12,17 +7,26 @@ family(Float64, double)
 family(Int32, int)
 %enddef
 
-%define %hold_variables(Suffix, T)
-%shared_class(Variable1D_ ## Suffix, SumaraApi::Variable1D< T >)
-%shared_class(Variable2D_ ## Suffix, SumaraApi::Variable2D< T >)
+// Calls `family` with each class that scripts get in lists, and its name.
+%define %for_each_listed_class(family)
+family(Variable, SumaraApi::Variable)
+family(Variable1D_Float32, SumaraApi::Variable1D< float >)
+family(Variable1D_Float64, SumaraApi::Variable1D< double >)
+family(Variable1D_Int32, SumaraApi::Variable1D< int >)
+family(Variable2D_Float32, SumaraApi::Variable2D< float >)
+family(Variable2D_Float64, SumaraApi::Variable2D< double >)
+family(Variable2D_Int32, SumaraApi::Variable2D< int >)
+family(IndependentVariable, SumaraApi::IndependentVariable)
+family(Group, SumaraApi::Group)
+family(Run, SumaraApi::Run)
 %enddef
-%for_each_element_type(%hold_variables)
+%for_each_listed_class(%shared_class)
 
-%define %hold_output_groups(Suffix, T)
+%define %output_group_classes(Suffix, T)
 %owned_class(OutputGroup1D_ ## Suffix, SumaraApi::OutputGroup1D< T >)
 %owned_class(OutputGroup2D_ ## Suffix, SumaraApi::OutputGroup2D< T >)
 %enddef
-%for_each_element_type(%hold_output_groups)
+%for_each_element_type(%output_group_classes)
 
 %owned_class(TabulonApi, SumaraApi::TabulonApi)
 %owned_class(TabulonApi_CacheSettings, SumaraApi::TabulonApi_CacheSettings)

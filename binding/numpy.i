@@ -2,14 +2,12 @@
 
 %{
 #include "binding/numpy_array.h"
+#include "binding/numpy_import.h"
 %}
 
 %define %array_view(Suffix, T)
 %typemap(out) Binding::ArrayView< T > {
   $result = Binding::MakeArray< T >(swig_obj[0], static_cast<const Binding::ArrayView< T > &>($1));
-  if (!$result) {
-    SWIG_fail;
-  }
 }
 %enddef
 %array_view(Float32, float)

@@ -1,11 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <new>
+#include <utility>
 #include <vector>
-
-// The wrapper is the only source that uses NumPy's functions.
-#define NPY_NO_DEPRECATED_API NPY_1_7_API_VERSION
-#include <numpy/arrayobject.h>
 
 #include "binding/python_object.h"
 
@@ -17,30 +16,10 @@ struct ArrayView {
   std::shared_ptr<std::vector<T>> values;
 };
 
+/// A writeable one-dimensional array over memory of T, which is float, double or int; it keeps
+/// `base` alive. None, with an exception set, without memory for it. NumPy was imported.
 template <class T>
-struct NumPyType;
-template <>
-struct NumPyType<float> {
-  static constexpr int kNumber = NPY_FLOAT;
-};
-template <>
-struct NumPyType<double> {
-  static constexpr int kNumber = NPY_DOUBLE;
-};
-template <>
-struct NumPyType<int> {
-  static constexpr int kNumber = NPY_INT;
-};
-
-/// Makes NumPy's functions known, on each use: the module loads and works without NumPy.
-/// \throws ErrorAlreadySet after the reason was printed
-inline void ImportNumPy() {
-  if (_import_array() < 0) {
-    PyErr_Print();
-    PyErr_SetString(PyExc_ImportError, "numpy.core.multiarray failed to import");
-    throw ErrorAlreadySet();
-  }
-}
+PyObject* NewArray(T* values, std::size_t size, PyRef base);
 
 /// What an array keeps alive: the script object it was asked of, and the values, which outlast an
 /// unload there.
@@ -52,27 +31,21 @@ PyRef MakeBase(PyObject* owner, std::shared_ptr<std::vector<T>> values) {
     delete static_cast<Holder*>(PyCapsule_GetPointer(object, nullptr));
   }));
   if (!capsule) {
-    return PyRef();
+    return {};
   }
-  holder.release();
+  static_cast<void>(holder.release());
   return PyRef(PyTuple_Pack(2, owner, capsule.Get()));
 }
 
-/// A writeable array over the values; none, with an exception set, if there is no memory for it.
+/// An array over the values; null with an exception set.
 template <class T>
-PyObject* MakeArray(PyObject* owner, const ArrayView<T>& view) {
-  PyRef base = MakeBase(owner, view.values);
-  if (!base) {
-    return nullptr;
+PyObject* MakeArray(PyObject* owner, const ArrayView<T>& view) noexcept {
+  try {
+    PyRef base = MakeBase(owner, view.values);
+    return base ? NewArray(view.values->data(), view.values->size(), std::move(base)) : nullptr;
+  } catch (const std::bad_alloc&) {
+    return PyErr_NoMemory();
   }
-  npy_intp length = static_cast<npy_intp>(view.values->size());
-  PyRef array(PyArray_New(&PyArray_Type, 1, &length, NumPyType<T>::kNumber, nullptr,
-                          view.values->data(), 0, NPY_ARRAY_CARRAY, nullptr));
-  if (!array ||
-      PyArray_SetBaseObject(reinterpret_cast<PyArrayObject*>(array.Get()), base.Release()) < 0) {
-    return nullptr;
-  }
-  return array.Release();
 }
 
 }  // namespace Binding

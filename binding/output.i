@@ -2,13 +2,7 @@
 
 // A vector that was made for the call, its argument `number`, is handed over.
 %define %handing_over(Function, number, before...)
-%feature("action") Function {
-  if (SWIG_IsNewObj(res ## number)) {
-    arg1->Function(before, std::move(*arg ## number));
-  } else {
-    arg1->Function(before, *arg ## number);
-  }
-}
+%feature("action") Function "arg1->Function(before, elements" #number ".HandOver());"
 %enddef
 %handing_over(AppendData, 3, *arg2)
 %handing_over(AddVariableWithData, 4, *arg2, *arg3)

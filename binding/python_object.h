@@ -34,6 +34,18 @@ class PyRef {
 /// Thrown where a Python exception is set already.
 struct ErrorAlreadySet {};
 
+/// Clears an exception that stands for "no": the caller has an answer of its own for it. One that
+/// is no `Exception`, such as an interrupt, is not the caller's to swallow, nor is a lack of
+/// memory. \throws ErrorAlreadySet for these
+inline void ClearError() {
+  if (PyErr_Occurred()) {
+    if (!PyErr_ExceptionMatches(PyExc_Exception) || PyErr_ExceptionMatches(PyExc_MemoryError)) {
+      throw ErrorAlreadySet();
+    }
+    PyErr_Clear();
+  }
+}
+
 /// The text as a `str`; bytes that are no UTF-8 become lone surrogates, as in a file name.
 inline PyObject* ToPython(const std::string& text) {
   return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");

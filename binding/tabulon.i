@@ -24,8 +24,9 @@
 %}
 
 %include "errors.i"
-%include "strings.i"
 %include "objects.i"
+%include "strings.i"
+%include "runtime.i"
 %include "operations.i"
 %include "iterator.i"
 %include "vocabulary.i"

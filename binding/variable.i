@@ -2,6 +2,22 @@
 
 namespace SumaraApi {
 
+// Labels are numbers or strings: what was read to find out that they are no numbers serves to find
+// out whether they are strings.
+%typemap(typecheck, precedence=SWIG_TYPECHECK_VECTOR, noblock=1)
+    const std::vector<double> &numericLabels {
+  Binding::ReadAhead labels($input);
+  $1 = Binding::Fits<double>(labels);
+  if (!PyErr_Occurred() && !$1 && Binding::Fits<std::string>(labels)) {
+    return _wrap_new_IndependentVariable__SWIG_1(self, argc, argv);
+  }
+  if (PyErr_Occurred()) {
+    return nullptr;
+  }
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_STRING_ARRAY)
+    const std::vector<std::string> &stringLabels "$1 = false;"
+
 class IndependentVariable {
  public:
   %feature("docstring") IndependentVariable

@@ -5,7 +5,9 @@ from __future__ import annotations
 import array
 import gc
 import weakref
-from collections.abc import Iterable, Iterator
+from collections import deque
+from collections.abc import Callable, Iterable, Iterator
+from pathlib import Path
 from unittest.mock import Mock
 
 import _TabulonAPI_Python as native
@@ -142,12 +144,127 @@ def test_what_was_read_of_a_refused_generator_is_dropped() -> None:
     assert [reference() for reference in watched] == [None, None]
 
 
-def test_a_generator_that_fails_is_of_the_wrong_type() -> None:
-    def fail() -> Iterator[int]:
-        yield 1
-        raise RuntimeError("no more")
+class Refused(BaseException):
+    """No ``Exception``, as an interrupt is none."""
 
-    assert message(lambda: INTS.new(fail()), TypeError) == overload_text("new_ArrayOfInt")
+
+def failing(error: BaseException, first: object) -> Iterator[object]:
+    yield first
+    raise error
+
+
+class FailingList(list[object]):
+    """A list that iterates in a way of its own."""
+
+    def __init__(self, error: BaseException, first: object) -> None:
+        super().__init__([first])
+        self._error = error
+
+    def __iter__(self) -> Iterator[object]:
+        return failing(self._error, super().__getitem__(0))
+
+
+class NoIterator:
+    """Fails before the first item."""
+
+    def __init__(self, error: BaseException) -> None:
+        self._error = error
+
+    def __iter__(self) -> Iterator[object]:
+        raise self._error
+
+
+def calls_with(make: Callable[[object], object], output: object) -> dict[str, Callable[[], object]]:
+    """Functions that take an iterable, called with one whose first item fits."""
+    table, words = Functions("ArrayOfArrayOfInt"), Functions("ArrayOfString")
+    append = native.OutputGroup1D_Float64__append_data_native_array
+    return {
+        "copy": lambda: INTS.new(make(1)),
+        "slice": lambda: INTS.setitem(INTS.new(3), slice(1), make(1)),
+        "range": lambda: INTS.setslice(INTS.new(3), 0, 1, make(1)),
+        "words": lambda: words.new(make("a")),
+        "rows": lambda: table.new(make([1])),
+        "row": lambda: table.new([make(1)]),
+        "element": lambda: table.setitem(table.new(1), 0, make(1)),
+        "numbers": lambda: native.new_IndependentVariable("x", "m", make(1.0)),
+        "labels": lambda: native.new_IndependentVariable("x", "m", make("a")),
+        "data": lambda: append(output, "v", make(1.0)),
+    }
+
+
+CALLS = tuple(calls_with(list, None))
+
+
+@pytest.fixture
+def output(tmp_path: Path) -> object:
+    axis = native.new_IndependentVariable("Time", "s", 0.0, 0.5)
+    held = native.new_OutputGroup1D_Float64(str(tmp_path / "run.%01"), "G", "UserDefined", "", axis)
+    native.OutputGroup1D_Float64_add_variable(held, "v", "m")
+    return held
+
+
+@pytest.mark.parametrize("call", CALLS)
+@pytest.mark.parametrize("error", [RuntimeError("no more"), TypeError("odd"), Refused("stop")])
+@pytest.mark.parametrize("iterable", [lambda e, first: failing(e, first), FailingList])
+def test_what_an_iterator_raises_passes_through(
+    call: str,
+    error: BaseException,
+    iterable: Callable[[BaseException, object], object],
+    output: object,
+) -> None:
+    with pytest.raises(type(error)) as raised:
+        calls_with(lambda first: iterable(error, first), output)[call]()
+    assert raised.value is error
+
+
+@pytest.mark.parametrize("call", CALLS)
+def test_what_gives_no_iterator_is_of_the_wrong_type(call: str, output: object) -> None:
+    with pytest.raises(TypeError, match=r"in method|Wrong number or type of arguments"):
+        calls_with(lambda _: NoIterator(RuntimeError("not now")), output)[call]()
+    with pytest.raises(Refused):
+        calls_with(lambda _: NoIterator(Refused()), output)[call]()
+
+
+def test_a_refused_call_leaves_nothing_behind() -> None:
+    """What was read of an iterable for one call does not serve the next."""
+    held = INTS.new(2)
+    queue = deque([1.0, 2.0])
+    rows = Functions("ArrayOfArrayOfInt")
+    text = r"invalid null reference|Wrong number or type|in method"
+    for refuse in (
+        lambda: native.new_IndependentVariable(None, "m", queue),
+        lambda: INTS.setitem(None, slice(2), queue),
+        lambda: INTS.setitem(rows.new(), slice(2), queue),
+        lambda: INTS.setslice(None, 0, 2, queue),
+        lambda: rows.new([queue, None]),
+    ):
+        queue.clear()
+        queue.extend([1, 2])
+        with pytest.raises((TypeError, ValueError), match=text):
+            refuse()
+        queue[0] = 7
+        axis = native.new_IndependentVariable("x", "m", queue)
+        assert native.IndependentVariable__get_values_as_number_native_array(axis) == (7.0, 2.0)
+        INTS.setitem(held, slice(2), queue)
+        assert INTS.elements(held) == [7, 2]
+
+
+def test_a_refused_generator_is_released() -> None:
+    def give() -> Iterator[int]:
+        yield 1
+
+    for refuse in (
+        lambda generator: native.new_IndependentVariable(None, "m", generator),
+        lambda generator: INTS.setslice(None, 0, 2, generator),
+        lambda generator: INTS.setitem(INTS.new(4), slice(None, None, 2), generator),
+    ):
+        generator = give()
+        watched = weakref.ref(generator)
+        with pytest.raises((TypeError, ValueError)):
+            refuse(generator)
+        del generator
+        gc.collect()
+        assert watched() is None
 
 
 def test_deleting_an_array_while_its_new_elements_are_read() -> None:
