@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "core/paths.h"
 #include "core/paths_platform.h"
 
 namespace Sumara {
@@ -22,6 +23,12 @@ EntryType FollowLink(const std::string& path, EntryType type) {
 
 bool IsRegularFile(const std::string& path, EntryType type) {
   return FollowLink(path, type) == EntryType::kFile;
+}
+
+bool IsOwnDirectory(const std::string& path, EntryType type) {
+  if (type != EntryType::kUnknown) return type == EntryType::kDirectory;
+  std::error_code error;
+  return std::filesystem::is_directory(std::filesystem::symlink_status(SystemPath(path), error));
 }
 
 bool IsDirectoryEntry(const std::string& path, EntryType type) {

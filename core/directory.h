@@ -46,6 +46,9 @@ class DirectoryReader {
 /// \throws std::filesystem::filesystem_error with the word "status"; a vanished entry is no error.
 bool IsRegularFile(const std::string& path, EntryType type);
 
+/// Whether the entry is a directory of its own, not a link to one.
+bool IsOwnDirectory(const std::string& path, EntryType type);
+
 /// Whether the entry is a directory, as `IsRegularFile`.
 bool IsDirectoryEntry(const std::string& path, EntryType type);
 

@@ -11,13 +11,6 @@ namespace {
 constexpr const char* kOpen = "recursive_directory_iterator::recursive_directory_iterator";
 constexpr const char* kAdvance = "recursive_directory_iterator::operator++";
 
-/// Whether the entry is a directory of its own, not a link to one.
-bool IsOwnDirectory(const std::string& path, EntryType type) {
-  if (type != EntryType::kUnknown) return type == EntryType::kDirectory;
-  std::error_code error;
-  return std::filesystem::is_directory(std::filesystem::symlink_status(SystemPath(path), error));
-}
-
 }  // namespace
 
 DirectoryWalk::DirectoryWalk(const std::string& root) {
