@@ -1,6 +1,7 @@
 #include "vocabulary/run_files.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "core/directory.h"
 #include "core/text.h"
@@ -14,6 +15,14 @@ bool IsTerminationFileName(std::string_view fileName) {
 bool IsHeaderExtension(std::string_view extension) {
   return extension.size() >= 3 && extension[1] == '%' &&
          std::all_of(extension.begin() + 2, extension.end(), Sumara::IsDigit);
+}
+
+std::int32_t HeaderNumberOf(std::string_view extension) {
+  if (!IsHeaderExtension(extension)) return -1;
+  std::int32_t number = -1;
+  const auto read =
+      std::from_chars(extension.data() + 2, extension.data() + extension.size(), number);
+  return read.ec == std::errc{} ? number : -1;
 }
 
 CalculationType CalculationTypeOfExtension(std::string_view extension) {

@@ -21,6 +21,9 @@ bool IsTerminationFileName(std::string_view fileName);
 /// Whether an extension is that of a group header: `.%` and digits.
 bool IsHeaderExtension(std::string_view extension);
 
+/// The group number of a header, by its extension; -1 if that is no number of 32 bits.
+std::int32_t HeaderNumberOf(std::string_view extension);
+
 /// The kind of those calculations that leave no header, by the extension of a file that they do
 /// leave, whatever its case; `Unknown` for any other extension.
 CalculationType CalculationTypeOfExtension(std::string_view extension);
