@@ -1,0 +1,121 @@
+#include "tables/header_contents.h"
+
+#include <charconv>
+#include <utility>
+
+#include "core/error_context.h"
+#include "core/paths.h"
+#include "core/text.h"
+#include "groupfiles/header_reader.h"
+#include "tables/header_failure.h"
+#include "tables/steady_read.h"
+#include "tables/utf8.h"
+#include "tables/watched.h"
+#include "vocabulary/calculation_kinds.h"
+#include "vocabulary/quantity_codes.h"
+#include "vocabulary/run_files.h"
+
+namespace Tabulon {
+namespace {
+
+using Sumara::AxisDescription;
+using Sumara::AxisMethod;
+using SumaraApi::AxisTypeId;
+
+AxisTypeId KindOf(AxisMethod method) {
+  switch (method) {
+    case AxisMethod::kStrings:
+      return AxisTypeId::LabelledStringAxis;
+    case AxisMethod::kValues:
+      return AxisTypeId::LabelledValueAxis;
+    default:
+      return AxisTypeId::IntervalAxis;
+  }
+}
+
+std::string UnitOf(const std::string& quantity) {
+  return Utf8OfLatin1(SumaraApi::UnitOfQuantityCode(quantity, /*lenient=*/true));
+}
+
+/// \throws Sumara::CException 32, 33 for an axis that the results model refuses too.
+AxisInfo InfoOf(AxisDescription axis) {
+  if (axis.method == AxisMethod::kInterval && axis.step == 0.0)
+    throw Sumara::CException(33, Sumara::AxisContext(axis.name));
+  if (axis.method != AxisMethod::kInterval && axis.values.empty() && axis.labels.empty())
+    throw Sumara::CException(32, Sumara::AxisContext(axis.name));
+  std::string unit = UnitOf(axis.quantity);
+  return {std::move(axis.name),
+          std::move(axis.quantity),
+          std::move(unit),
+          KindOf(axis.method),
+          axis.pointCount,
+          axis.minimum,
+          axis.step,
+          std::move(axis.values),
+          std::move(axis.labels)};
+}
+
+std::vector<VariableInfo> InfosOf(Sumara::HeaderVariables variables) {
+  std::vector<VariableInfo> infos;
+  infos.reserve(variables.names.size());
+  for (std::size_t i = 0; i < variables.names.size(); ++i) {
+    std::string unit = UnitOf(variables.quantities[i]);
+    infos.push_back(
+        {std::move(variables.names[i]), std::move(variables.quantities[i]), std::move(unit)});
+  }
+  return infos;
+}
+
+/// The fields in the order of the file. \param axis counts the axis blocks that were read.
+void ReadFields(Sumara::CHeaderReader& header, HeaderContents& contents, int& axis) {
+  contents.top = header.ReadTop();
+  contents.axes.clear();
+  for (axis = 0; axis < static_cast<int>(contents.top.axisCount); ++axis) {
+    AxisInfo info = InfoOf(header.ReadAxis(contents.top, static_cast<std::size_t>(axis) + 1));
+    contents.axes.insert(contents.axes.begin(), std::move(info));  // the primary axis comes last
+  }
+  contents.parameters = header.ReadNamedParameters();
+  std::string label;
+  contents.hasFigures = header.PeekLabel(label) && label == "ULOADS";
+  contents.variables = InfosOf(header.ReadVariables());
+}
+
+void ReadOpened(Watched<Sumara::CHeaderReader>& header, HeaderContents& contents) {
+  int axis = 0;
+  try {
+    ReadFields(header, contents, axis);
+    contents.file = header.State();
+  } catch (const CExceptionBase& failure) {
+    throw HeaderFailure(header, failure, axis);
+  }
+}
+
+}  // namespace
+
+HeaderContents ReadHeader(const std::string& path) {
+  HeaderContents contents;
+  contents.path = path;
+  contents.number = SumaraApi::HeaderNumberOf(Sumara::ExtensionOf(Sumara::FileNameOf(path)));
+  Watched<Sumara::CHeaderReader> header(path);
+  try {
+    header.Start();
+    bool fresh = true;
+    ReadSteadily(path, {[&] { return header.State(); }, [] { return false; },
+                        [&] {
+                          if (!std::exchange(fresh, false)) {
+                            header.Close();
+                            header.Start();
+                          }
+                          ReadOpened(header, contents);
+                        },
+                        [] { return std::uint64_t{0}; }});
+  } catch (const CExceptionBase& failure) {
+    throw TableError::Of(failure, path);
+  }
+  contents.dataPath = Sumara::DirectoryOf(path) + contents.top.dataFileName;
+  contents.layout = Sumara::DataLayout::Of(contents.top.dimensions, contents.top.headerRecordCount);
+  contents.calculation = SumaraApi::CalculationTypeOf(contents.top.content);
+  return contents;
+}
+
+}  // namespace Tabulon

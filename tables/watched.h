@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/file.h"
+
+namespace Tabulon {
+
+/// A reader that tells the state of the file that it has open.
+template <class Reader>
+class Watched final : public Reader {
+ public:
+  using Reader::Reader;
+
+  const Sumara::File& OpenFile() const { return this->m_stream.SystemFile(); }
+  Sumara::FileState State() const { return OpenFile().State(); }
+};
+
+}  // namespace Tabulon
