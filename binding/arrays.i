@@ -118,6 +118,12 @@ Only a slice of step 1 may change the size.";
   %pythoncode %{
     def __iter__(self):
         return self.iterator()
+
+    def __copy__(self):
+        return type(self)(self)
+
+    def __deepcopy__(self, memo):
+        return type(self)(self)
   %}
 };
 

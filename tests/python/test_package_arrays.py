@@ -2,10 +2,12 @@
 
 from __future__ import annotations
 
+import copy
 from collections.abc import Sequence
 from pathlib import Path
 from typing import Any
 
+import _TabulonAPI_Python as native
 import pytest
 from support.run_files import RunFiles
 from support.scenarios import group_1d, group_2d
@@ -106,3 +108,25 @@ def test_array_serves_as_argument(tmp_path: Path) -> None:
     api.write_output(group)
     found = api.get_run(tmp_path, "out").get_variable_1d("Power")
     assert found.get_data_as_tuple() == (1.5, 2.5)
+
+
+def test_copies_have_elements_of_their_own() -> None:
+    array = api.ArrayOfInt([1, 2, 3])
+    for copied in (copy.copy(array), copy.deepcopy(array)):
+        copied[0:1] = [7, 8]
+        assert (list(copied), list(array)) == ([7, 8, 2, 3], [1, 2, 3])
+        assert type(copied) is api.ArrayOfInt
+    del array
+    assert list(copied) == [7, 8, 2, 3]
+
+
+def test_what_was_deleted_can_be_shown(tmp_path: Path) -> None:
+    RunFiles([group_1d()]).write(tmp_path)
+    run = api.get_run(tmp_path, "run")
+    group, variable = run.get_group("Summary"), run.get_variable_1d("Rotor speed")
+    axis, array = variable.get_independent_variable(), api.ArrayOfInt(2)
+    for held in (run, group, variable, axis):
+        native.delete_Run(held) if held is run else held.__swig_destroy__(held)
+        assert repr(held) == f"<{type(held).__name__} that was deleted>"
+    native.delete_ArrayOfInt(array)
+    assert "ArrayOfInt" in repr(array)

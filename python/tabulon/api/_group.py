@@ -8,7 +8,7 @@ from typing import Any
 from tabulon.api import _proxy
 from tabulon.api._enumerations import CalculationType, VariableDataFormat, VariableDataType
 from tabulon.api._found import FoundInRun
-from tabulon.api._registration import registered
+from tabulon.api._registration import described, registered
 from tabulon.api._variables import (
     AnyVariable1D,
     AnyVariable2D,
@@ -27,7 +27,7 @@ class Group(FoundInRun, _proxy.Group):
     """An output group: a table of variables over one or two independent variables."""
 
     def __repr__(self) -> str:
-        return f"<{type(self).__name__} {self.get_name()!r}>"
+        return described(self, lambda: repr(self.get_name()))
 
     def get_calculation_type(self) -> CalculationType:
         """Return the calculation that the header names as its source."""

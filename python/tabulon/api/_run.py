@@ -7,7 +7,7 @@ from typing import Any
 from tabulon.api import _proxy
 from tabulon.api._enumerations import CalculationType, CompletionState
 from tabulon.api._group import Group
-from tabulon.api._registration import registered
+from tabulon.api._registration import described, registered
 from tabulon.api._variables import AnyVariable1D, AnyVariable2D, Variable, of_data_type
 
 __all__ = [
@@ -27,7 +27,7 @@ class Run(_proxy.Run):
     """
 
     def __repr__(self) -> str:
-        return f"<{type(self).__name__} {self.get_name()!r}>"
+        return described(self, lambda: repr(self.get_name()))
 
     def get_completion_state(self) -> CompletionState:
         """Return how the run ended, as its termination file tells."""

@@ -16,7 +16,7 @@ from tabulon.api import _proxy
 from tabulon.api._enumerations import AxisTypeId, VariableDataFormat, VariableDataType
 from tabulon.api._found import FoundInRun, KeptRun
 from tabulon.api._header import count_statistics_blocks
-from tabulon.api._registration import registered
+from tabulon.api._registration import described, registered
 from tabulon.api._units import native, readable
 
 __all__ = [
@@ -87,7 +87,7 @@ class IndependentVariable(_proxy.IndependentVariable):
         super().__init__(name, native(si_unit), *(_plain(value) for value in values))
 
     def __repr__(self) -> str:
-        return f"<{type(self).__name__} {self.get_name()!r}>"
+        return described(self, lambda: repr(self.get_name()))
 
     def get_siunit(self) -> str:
         """Return the unit, for example ``"s"``; empty if the quantity in the header is unknown."""
@@ -135,8 +135,7 @@ class Variable(FoundInRun, _proxy.Variable):
     """
 
     def __repr__(self) -> str:
-        group = self.get_parent_group_name()
-        return f"<{type(self).__name__} {self.get_name()!r} of {group!r}>"
+        return described(self, lambda: f"{self.get_name()!r} of {self.get_parent_group_name()!r}")
 
     def get_siunit(self) -> str:
         """Return the unit, for example ``"Nm"``; empty if the quantity in the header is unknown."""
