@@ -21,6 +21,10 @@ namespace SumaraApi {
 /// Values of the secondary independent variable are named by number, by label or by index from 0;
 /// the index reaches values that occur twice or carry floating-point noise. By-value operations
 /// take the first match.
+///
+/// Statistics come from the header while not all variables of the group are loaded, and from the
+/// data when they are. A header without statistics leaves the data: figures are then right only
+/// once all variables of the group are loaded.
 template <class T>
 class Variable2D : public Variable {
  public:

@@ -6,5 +6,13 @@
 %feature("docstring") Native doc;
 %enddef
 
+// The same for a figure of a variable, whose words tell when it is right.
+%define %figure(exported, Native, doc)
+%operation(exported, Native, doc "
+
+If the header holds no statistics, load the data of all variables of the group first: while some are
+not loaded, the figures of the others close up, and this may be that of another variable.")
+%enddef
+
 // What is constructed is said: no class gets a constructor of SWIG's own accord.
 %nodefaultctor;

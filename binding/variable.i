@@ -113,16 +113,19 @@ What is written into it is seen by later requests. The array stays good after an
 
   %operation(get_independent_variable, GetIndependentVariable, "The only one.")
   std::shared_ptr<IndependentVariable> GetIndependentVariable() const;
-  %operation(get_mean, GetMean, "The mean, in double precision.")
+  %figure(get_mean, GetMean,
+"The mean, in double precision.")
   double GetMean();
-  %operation(get_maximum, GetMaximum, "The largest value, in the type of the data.")
+  %figure(get_maximum, GetMaximum,
+"The largest value, in the type of the data.")
   T GetMaximum();
-  %operation(get_minimum, GetMinimum, "The smallest value, in the type of the data.")
+  %figure(get_minimum, GetMinimum,
+"The smallest value, in the type of the data.")
   T GetMinimum();
-  %operation(get_minimum_contemporaneous, GetMinimumContemporaneous,
+  %figure(get_minimum_contemporaneous, GetMinimumContemporaneous,
 "The value of the named variable of the group where this one has its minimum.")
   T GetMinimumContemporaneous(std::string const &contemporaneousVariableName);
-  %operation(get_maximum_contemporaneous, GetMaximumContemporaneous,
+  %figure(get_maximum_contemporaneous, GetMaximumContemporaneous,
 "The value of the named variable of the group where this one has its maximum.")
   T GetMaximumContemporaneous(std::string const &contemporaneousVariableName);
 };
@@ -144,22 +147,26 @@ class Variable2D : public Variable {
 "All values, as a tuple of tuples: outer index secondary, inner index primary.")
   std::vector<std::vector< T > > const &GetDataForAllIndependentVariableValues();
 
-  %operation(get_mean_at_value, GetMeanAtValue,
+  %figure(get_mean_at_value, GetMeanAtValue,
 "The mean at one secondary value, in double precision.")
   double GetMeanAtValue(double const secondaryIndependentVariableValue);
   double GetMeanAtValue(std::string const &secondaryIndependentVariableValue);
-  %operation(get_mean_at_index, GetMeanAtIndex,
+  %figure(get_mean_at_index, GetMeanAtIndex,
 "The mean at one secondary index, in double precision.")
   double GetMeanAtIndex(size_t secondaryIndependentVariableIndex);
-  %operation(get_maximum_at_value, GetMaximumAtValue, "The largest value at one secondary value.")
+  %figure(get_maximum_at_value, GetMaximumAtValue,
+"The largest value at one secondary value.")
   T GetMaximumAtValue(double const secondaryIndependentVariableValue);
   T GetMaximumAtValue(std::string const &secondaryIndependentVariableValue);
-  %operation(get_maximum_at_index, GetMaximumAtIndex, "The largest value at one secondary index.")
+  %figure(get_maximum_at_index, GetMaximumAtIndex,
+"The largest value at one secondary index.")
   T GetMaximumAtIndex(size_t secondaryIndependentVariableIndex);
-  %operation(get_minimum_at_value, GetMinimumAtValue, "The smallest value at one secondary value.")
+  %figure(get_minimum_at_value, GetMinimumAtValue,
+"The smallest value at one secondary value.")
   T GetMinimumAtValue(double const secondaryIndependentVariableValue);
   T GetMinimumAtValue(std::string const &secondaryIndependentVariableValue);
-  %operation(get_minimum_at_index, GetMinimumAtIndex, "The smallest value at one secondary index.")
+  %figure(get_minimum_at_index, GetMinimumAtIndex,
+"The smallest value at one secondary index.")
   T GetMinimumAtIndex(size_t secondaryIndependentVariableIndex);
 
   %operation(get_independent_variable, GetIndependentVariable,
@@ -169,26 +176,26 @@ class Variable2D : public Variable {
   std::shared_ptr<IndependentVariable> GetIndependentVariable(
       IndependentVariableId const independentVariableId) const;
 
-  %operation(get_minimum_contemporaneous_at_value, GetMinimumContemporaneousAtValue,
+  %figure(get_minimum_contemporaneous_at_value, GetMinimumContemporaneousAtValue,
 "The value of the named variable of the group where this one has its minimum, at one secondary
 value.")
   T GetMinimumContemporaneousAtValue(std::string const &contemporaneousVariableName,
                                      std::string const &secondaryIndependentVariableValue);
   T GetMinimumContemporaneousAtValue(std::string const &contemporaneousVariableName,
                                      double const secondaryIndependentVariableValue);
-  %operation(get_minimum_contemporaneous_at_index, GetMinimumContemporaneousAtIndex,
+  %figure(get_minimum_contemporaneous_at_index, GetMinimumContemporaneousAtIndex,
 "The value of the named variable of the group where this one has its minimum, at one secondary
 index.")
   T GetMinimumContemporaneousAtIndex(std::string const &contemporaneousVariableName,
                                      size_t secondaryIndependentVariableIndex);
-  %operation(get_maximum_contemporaneous_at_value, GetMaximumContemporaneousAtValue,
+  %figure(get_maximum_contemporaneous_at_value, GetMaximumContemporaneousAtValue,
 "The value of the named variable of the group where this one has its maximum, at one secondary
 value.")
   T GetMaximumContemporaneousAtValue(std::string const &contemporaneousVariableName,
                                      std::string const &secondaryIndependentVariableValue);
   T GetMaximumContemporaneousAtValue(std::string const &contemporaneousVariableName,
                                      double const secondaryIndependentVariableValue);
-  %operation(get_maximum_contemporaneous_at_index, GetMaximumContemporaneousAtIndex,
+  %figure(get_maximum_contemporaneous_at_index, GetMaximumContemporaneousAtIndex,
 "The value of the named variable of the group where this one has its maximum, at one secondary
 index.")
   T GetMaximumContemporaneousAtIndex(std::string const &contemporaneousVariableName,

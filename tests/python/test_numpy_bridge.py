@@ -17,7 +17,7 @@ from support.scenarios import CASES, DTYPES, HEIGHTS, STATIONS, WIND, group_1d, 
 WORDS: list[Word] = ["R*4", "R*8", "I*4"]
 words = pytest.mark.parametrize("word", WORDS)
 both_forms = pytest.mark.parametrize("text", [False, True], ids=["binary", "text"])
-Array = np.ndarray[Any, Any]
+Array = np.ndarray
 
 
 def address(array: Array) -> int:
