@@ -24,9 +24,6 @@ bool Matches(const std::string& label, const std::string& value) {
   return EqualsNoCase(label, value);
 }
 
-std::string ValueText(double value) { return NumberText(value); }
-const std::string& ValueText(const std::string& value) { return value; }
-
 template <class T>
 bool HasEqualLabels(const std::vector<T>& labels) {
   for (std::size_t i = 0; i < labels.size(); ++i) {
@@ -177,7 +174,7 @@ std::vector<std::uint64_t> CLabelledAxis<T>::FindIndices(const T& value) const {
     if (Matches((*m_labels)[i], value)) indices.push_back(i);
   }
   if (indices.empty()) {
-    throw CException(42, AxisContext(m_name) + "; axis value: " + std::string(ValueText(value)));
+    throw CException(42, AxisValueContext(m_name, value));
   }
   return indices;
 }

@@ -17,15 +17,10 @@ class CGroup1D final : public CGroupBase<T> {
 
   /// \throws CException 17 if `series` is not a `CSeries1D<T>`, and as the base
   void AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) override;
-  bool IsSymmetric() const override;
 
  protected:
-  std::uint64_t CountOfSecondary() const override { return 1; }
   std::shared_ptr<ISeries> MakeSeries(const std::string& name,
                                       const std::string& quantity) override;
-  bool IsVectorLoaded(const ISeries& series, std::uint64_t secondary) const override;
-  std::vector<T>& VectorToFill(ISeries& series, std::uint64_t secondary) override;
-  void MarkFilled(ISeries& series, std::uint64_t secondary) override;
 };
 
 }  // namespace Sumara

@@ -1,6 +1,5 @@
 #include "model/group2d.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "model/model_context.h"
@@ -19,34 +18,19 @@ template <class T>
 void CGroup2D<T>::AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) {
   const auto typed = std::dynamic_pointer_cast<CSeries2D<T>>(series);
   if (typed == nullptr) throw CException(17, GroupContext(this));
-  CGroupBase<T>::AddSeries(series, renameOnClash);
-  typed->SetNumberOfVectors(this->GetNumberOfPoints(kSecondary));
-}
-
-template <class T>
-bool CGroup2D<T>::IsSymmetric() const {
-  if (!this->HasData()) return true;
-  const auto series = this->GetAllSeries(/*withObjectOnly=*/true);
-  const std::uint64_t primary = series.front()->GetNumberOfPointsOnAxis(kPrimary, /*widest=*/false);
-  const std::uint64_t secondary =
-      series.front()->GetNumberOfPointsOnAxis(kSecondary, /*widest=*/false);
-  return std::all_of(series.begin(), series.end(), [&](const auto& other) {
-    return other->GetNumberOfPointsOnAxis(kPrimary, /*widest=*/false) == primary &&
-           other->GetNumberOfPointsOnAxis(kSecondary, /*widest=*/false) == secondary;
-  });
-}
-
-template <class T>
-std::uint64_t CGroup2D<T>::CountOfSecondary() const {
-  const auto axis = this->GetAxis(kSecondary, /*mustExist=*/true);
-  const std::uint64_t count = axis->GetNumberOfPoints();
-  return count != 0 ? count : this->GetNumberOfPoints(kSecondary);
+  IGroup::AddSeries(series, renameOnClash);
+  try {
+    typed->SetNumberOfVectors(this->GetNumberOfPoints(kSecondary));
+  } catch (...) {
+    this->RemoveSeriesEntry(series->GetName(), /*renumber=*/true);
+    throw;
+  }
 }
 
 template <class T>
 std::shared_ptr<ISeries> CGroup2D<T>::MakeSeries(const std::string& name,
                                                  const std::string& quantity) {
-  const std::uint64_t count = CountOfSecondary();
+  const std::uint64_t count = this->CountOfSecondary();
   this->CheckPointCount(count);
   this->CheckPointCount(count * this->GetNumberOfSeries());
   auto series = std::make_shared<CSeries2D<T>>(name, quantity);
@@ -54,21 +38,6 @@ std::shared_ptr<ISeries> CGroup2D<T>::MakeSeries(const std::string& name,
   series->SetNumberOfVectors(count);
   series->SetLoadState(LoadState::kWaiting);
   return series;
-}
-
-template <class T>
-bool CGroup2D<T>::IsVectorLoaded(const ISeries& series, std::uint64_t secondary) const {
-  return static_cast<const CSeries2D<T>&>(series).IsLoaded(secondary);
-}
-
-template <class T>
-std::vector<T>& CGroup2D<T>::VectorToFill(ISeries& series, std::uint64_t secondary) {
-  return static_cast<CSeries2D<T>&>(series).Vector(secondary);
-}
-
-template <class T>
-void CGroup2D<T>::MarkFilled(ISeries& series, std::uint64_t secondary) {
-  static_cast<CSeries2D<T>&>(series).SetLoadState(secondary, LoadState::kLoaded);
 }
 
 #define TABULON_INSTANTIATE(T) template class CGroup2D<T>;

@@ -6,7 +6,6 @@
 #include "core/error_context.h"
 #include "core/exceptions.h"
 #include "core/text.h"
-#include "model/group.h"
 
 namespace Sumara {
 

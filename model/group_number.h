@@ -5,6 +5,9 @@
 
 namespace Sumara {
 
+/// A number that no group has: the group number is not assigned.
+inline constexpr std::uint64_t kNoGroupNumber = ~std::uint64_t{0};
+
 /// The files of a group.
 enum class GroupFile : std::uint32_t { kHeader = 0, kData = 1 };
 

@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "core/error_context.h"
-#include "core/paths.h"
 #include "model/group.h"
 #include "model/series.h"
 
@@ -12,10 +11,7 @@ namespace Sumara {
 
 std::string GroupContext(const IGroup* group) {
   if (group == nullptr) return "No further exception context available - group was null";
-  std::string directory = group->GetDirectory();
-  if (directory.empty()) return "Group name: '" + group->GetName() + "'";
-  WithTrailingSeparator(directory);
-  return FileContext(directory + group->GetName());
+  return group->Identity().Context();
 }
 
 std::string SeriesContext(const ISeries* series) {
@@ -25,9 +21,21 @@ std::string SeriesContext(const ISeries* series) {
 }
 
 std::string SeriesContext(std::string_view name, const IGroup* group) {
+  return SeriesContextIn(name, group == nullptr ? "group was null" : GroupContext(group));
+}
+
+std::string SeriesContextIn(std::string_view name, std::string_view groupContext) {
   std::string text = "Series name: '";
-  text.append(name).append("'; ");
-  return text + (group == nullptr ? "group was null" : GroupContext(group));
+  return text.append(name).append("'; ").append(groupContext);
+}
+
+std::string AxisValueContext(std::string_view name, std::string_view value) {
+  std::string text = AxisContext(name);
+  return text.append("; axis value: ").append(value);
+}
+
+std::string AxisValueContext(std::string_view name, double value) {
+  return AxisValueContext(name, NumberText(value));
 }
 
 std::string AxisContext(std::string_view name, std::uint64_t index, const IGroup* group) {

@@ -22,6 +22,13 @@ std::string SeriesContext(const ISeries* series);
 /// A series by name and its group, which may be null.
 std::string SeriesContext(std::string_view name, const IGroup* group);
 
+/// A series by name in a group of that context.
+std::string SeriesContextIn(std::string_view name, std::string_view groupContext);
+
+/// A value that is sought on an axis.
+std::string AxisValueContext(std::string_view name, std::string_view value);
+std::string AxisValueContext(std::string_view name, double value);
+
 /// An axis at an index, and its group.
 std::string AxisContext(std::string_view name, std::uint64_t index, const IGroup* group);
 

@@ -48,6 +48,8 @@ class ISeries {
   virtual void SetLoadState(LoadState state) = 0;
   /// 1 or 0 for one axis; the number of loaded vectors for two.
   virtual std::uint64_t IsLoaded() const = 0;
+  /// Whether the data at a secondary index is loaded.
+  virtual bool IsVectorLoaded(std::uint64_t secondary) const = 0;
   /// \param widest of vectors of different lengths take the longest, not the first.
   /// \throws CException 37
   virtual std::uint64_t GetNumberOfPointsOnAxis(std::uint32_t position, bool widest) const = 0;
@@ -113,6 +115,9 @@ class CSeriesBase : public ISeries {
   virtual const T& DataAtIndex(std::uint64_t index, std::uint64_t secondary) const = 0;
   /// The points at a secondary index, or none if there is no such vector.
   virtual const std::vector<T>* FindVector(std::uint64_t secondary) const = 0;
+  /// Where a read puts the data at a secondary index, which it tells when it is there.
+  virtual std::vector<T>& VectorToFill(std::uint64_t secondary) = 0;
+  virtual void MarkFilled(std::uint64_t secondary) = 0;
 
  protected:
   /// What a set or an append asks of the number of points; appends make no demand on it.

@@ -28,9 +28,12 @@ class CSeries1D final : public CSeriesBase<T> {
   void ClearData(bool keepStatistics) override;
   void SetLoadState(LoadState state) override { m_loadState = state; }
   std::uint64_t IsLoaded() const override { return m_loadState == LoadState::kLoaded ? 1 : 0; }
+  bool IsVectorLoaded(std::uint64_t) const override { return m_loadState == LoadState::kLoaded; }
   std::uint64_t GetNumberOfPointsOnAxis(std::uint32_t position, bool widest) const override;
   const T& DataAtIndex(std::uint64_t index, std::uint64_t secondary = 0) const override;
   const std::vector<T>* FindVector(std::uint64_t) const override { return &m_data; }
+  std::vector<T>& VectorToFill(std::uint64_t) override { return m_data; }
+  void MarkFilled(std::uint64_t) override { SetLoadState(LoadState::kLoaded); }
 
   /// Appends `points`.
   /// \throws CException 13 if `points` is empty, 14 if a labelled primary axis has no label left

@@ -27,9 +27,12 @@ class CSeries2D final : public CSeriesBase<T> {
   void SetLoadState(std::uint64_t secondary, LoadState state);
   bool IsLoaded(std::uint64_t secondary) const;
   std::uint64_t IsLoaded() const override;
+  bool IsVectorLoaded(std::uint64_t secondary) const override { return IsLoaded(secondary); }
   std::uint64_t GetNumberOfPointsOnAxis(std::uint32_t position, bool widest) const override;
   const T& DataAtIndex(std::uint64_t index, std::uint64_t secondary) const override;
   const std::vector<T>* FindVector(std::uint64_t secondary) const override;
+  std::vector<T>& VectorToFill(std::uint64_t secondary) override { return m_data[secondary]; }
+  void MarkFilled(std::uint64_t secondary) override { SetLoadState(secondary, LoadState::kLoaded); }
 
   /// Appends one point to each vector; `values` holds one for each secondary index.
   /// \throws CException 13, 16, 14, 6, 7 if `check`; nothing is changed then.
