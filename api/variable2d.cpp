@@ -1,11 +1,9 @@
 #include "api/variable2d.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "api/group_facts.h"
 #include "api/variable_statistics.h"
-#include "core/error_context.h"
 #include "model/control.h"
 #include "model/group2d.h"
 
@@ -39,27 +37,15 @@ std::string Variable2D<T>::ContextAt(std::size_t index) const {
 
 template <class T>
 std::size_t Variable2D<T>::IndexOf(double value) const {
-  if (const auto axis = m_group->GetIntervalAxis(Sumara::kSecondary, /*mustExist=*/false)) {
-    const std::vector<double>& values = axis->GetValues();
-    const auto found = std::find(values.begin(), values.end(), value);
-    if (found != values.end()) return static_cast<std::size_t>(found - values.begin());
-    throw Sumara::CException(
-        42, Sumara::AxisContext(axis->GetName()) + "; axis value: " + Sumara::NumberText(value));
-  }
-  const auto axis = m_group->GetLabelledValueAxis(Sumara::kSecondary, /*mustExist=*/true);
-  return static_cast<std::size_t>(axis->FindIndices(value).front());
+  return static_cast<std::size_t>(
+      m_group->Axes().IndexOf(Sumara::kSecondary, value, Sumara::LabelMatch::kFirst));
 }
 
 template <class T>
 std::size_t Variable2D<T>::IndexOf(std::string const& value) const {
   try {
-    if (const auto axis = m_group->GetLabelledStringAxis(Sumara::kSecondary, /*mustExist=*/false)) {
-      const std::vector<std::string>& labels = axis->GetLabels();
-      const auto exact = std::find(labels.begin(), labels.end(), value);
-      if (exact != labels.end()) return static_cast<std::size_t>(exact - labels.begin());
-      return static_cast<std::size_t>(axis->FindIndices(value).front());
-    }
-    return IndexOf(std::stod(value));
+    return static_cast<std::size_t>(
+        m_group->Axes().IndexOf(Sumara::kSecondary, value, Sumara::LabelMatch::kFirst));
   } catch (const std::exception& failure) {
     FailAtValue(value, failure.what());
   }

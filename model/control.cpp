@@ -1,8 +1,5 @@
 #include "model/control.h"
 
-#include <algorithm>
-#include <numeric>
-#include <type_traits>
 #include <utility>
 
 #include "core/error_context.h"
@@ -13,126 +10,23 @@
 namespace Sumara {
 namespace {
 
-std::vector<std::size_t> AllOf(std::uint64_t count) {
-  std::vector<std::size_t> indices(static_cast<std::size_t>(count));
-  std::iota(indices.begin(), indices.end(), std::size_t{0});
-  return indices;
-}
-
-std::uint64_t SecondaryCount(const IGroup& group) {
-  return group.GetNumberOfAxes() < 2 ? 1 : group.GetNumberOfPoints(kSecondary);
-}
-
-std::vector<std::size_t> AllSecondary(const IGroup& group) {
-  const std::uint64_t count = SecondaryCount(group);
-  group.CheckPointCount(count);
-  return AllOf(count);
-}
-
 void CheckTargetType(const IGroup& group, std::uint32_t targetType, const std::string& path) {
   if (targetType != 0 && targetType != group.GetDataType()) throw CException(66, FileContext(path));
 }
 
-void CheckRequestedCount(std::int32_t code, std::size_t requested, std::uint64_t present) {
-  if (requested <= present) return;
-  throw CException(code, "Requested: " + std::to_string(requested) +
-                             " item(s); Present: " + std::to_string(present) + " item(s)");
-}
-
-std::string ItemContext(const std::string& item) { return "Requested item: '" + item + "'"; }
-
-std::vector<std::size_t> SelectSeries(const IGroup& group, const std::vector<std::string>& names) {
-  CheckRequestedCount(19, names.size(), group.GetNumberOfSeries());
-  std::vector<std::size_t> indices;
-  for (const std::string& name : names) {
-    try {
-      indices.push_back(static_cast<std::size_t>(group.GetSeriesIndex(name, /*exact=*/true)));
-    } catch (const CException&) {
-      throw CException(55, ItemContext(name));
-    }
-  }
-  return indices;
-}
-
-/// What is asked for twice is read once, and all in the order of the file.
-std::vector<std::size_t> AsSet(std::vector<std::size_t> indices) {
-  std::sort(indices.begin(), indices.end());
-  indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
-  return indices;
-}
-
-/// Values are found by exact equality, of equal ones the first.
-template <class Value>
-std::vector<std::size_t> SelectValues(const std::vector<Value>& labels,
-                                      const std::vector<Value>& wanted) {
-  CheckRequestedCount(20, wanted.size(), labels.size());
-  std::vector<std::size_t> indices;
-  for (const Value& value : wanted) {
-    const auto found = std::find(labels.begin(), labels.end(), value);
-    if (found == labels.end()) {
-      if constexpr (std::is_same_v<Value, double>) {
-        throw CException(43, ItemContext(NumberText(value)));
-      } else {
-        throw CException(43, ItemContext(value));
-      }
-    }
-    indices.push_back(static_cast<std::size_t>(found - labels.begin()));
-  }
-  return indices;
-}
-
-std::vector<std::size_t> SelectSecondary(const IGroup& group, const std::vector<double>& values) {
-  if (const auto axis = group.GetIntervalAxis(kSecondary, /*mustExist=*/false)) {
-    return SelectValues(axis->GetValues(), values);
-  }
-  return SelectValues(group.GetNumericLabels(kSecondary), values);
-}
-
-std::vector<std::size_t> SelectSecondary(const IGroup& group,
-                                         const std::vector<std::string>& values) {
-  return SelectValues(group.GetStringLabels(kSecondary), values);
-}
-
-std::vector<std::size_t> SelectNumbers(const IGroup& group,
-                                       const std::vector<std::size_t>& numbers) {
-  if (numbers.empty()) return AllOf(group.GetNumberOfSeries());
-  CheckRequestedCount(19, numbers.size(), group.GetNumberOfSeries());
-  for (const std::size_t number : numbers) {
-    if (number >= group.GetNumberOfSeries())
-      throw CException(55, ItemContext(std::to_string(number)));
-  }
-  return numbers;
-}
-
-std::vector<std::size_t> SelectSecondaryNumbers(const IGroup& group,
-                                                const std::vector<std::size_t>& numbers) {
-  if (numbers.empty()) return AllSecondary(group);
-  CheckRequestedCount(20, numbers.size(), SecondaryCount(group));
-  for (const std::size_t number : numbers) {
-    if (number < SecondaryCount(group)) continue;
-    const auto axis = group.GetAxis(kSecondary, /*mustExist=*/true);
-    throw CException(40, AxisContext(axis->GetName(), number, &group));
-  }
-  return numbers;
-}
-
-template <class Item>
-void CheckNotEmpty(std::int32_t code, const std::vector<Item>& items, const std::string& path) {
-  if (items.empty()) throw CException(code, FileContext(path));
-}
-
 }  // namespace
 
-void CControl::AddGroup(const GroupPtr& group) {
+void CControl::AddGroup(const GroupPtr& group) { Enter(group); }
+
+CControl::Groups::iterator CControl::Enter(const GroupPtr& group) {
   const std::string path = GetGroupFilePath(*group, GroupFile::kHeader);
   if (group->GetFileName().empty()) group->SetPath(path);
   if (group->GetGroupNumber() == kNoGroupNumber)
     group->SetGroupNumber(ParseGroupNumber(group->GetPath()));
   GroupKey key{group->GetGroupNumber(), path, group->GetPreviewMode()};
   if (m_groups.contains(key)) throw CException(47, FileContext(path));
-  if (!group->IsPreview()) m_groupsByPath.insert(path);
-  m_groups.emplace(std::move(key), group);
   group->SetRegistryPath(path);
+  return m_groups.emplace(std::move(key), group).first;
 }
 
 CControl::GroupPtr CControl::FindExact(const std::string& path, PreviewMode previewMode) const {
@@ -149,11 +43,14 @@ std::uint32_t CControl::GetCachedGroup(GroupPtr& out, const std::string& path,
   return 0;
 }
 
+/// Puts a group under another mode. Nothing can fail once its entry is taken out.
 void CControl::Rekey(const GroupPtr& group, const std::string& path, PreviewMode mode) {
-  m_groups.erase({kNoGroupNumber, path, group->GetPreviewMode()});
+  GroupKey key{group->GetGroupNumber(), path, mode};
+  auto entry = m_groups.extract({kNoGroupNumber, path, group->GetPreviewMode()});
+  m_groups.erase(key);
   group->SetPreviewMode(mode);
-  m_groups.insert_or_assign({group->GetGroupNumber(), path, mode}, group);
-  if (mode == PreviewMode::kFull) m_groupsByPath.insert(path);
+  entry.key() = std::move(key);
+  m_groups.insert(std::move(entry));
 }
 
 void CControl::MakeFull(const GroupPtr& group, const std::string& path) {
@@ -194,21 +91,19 @@ CControl::GroupPtr CControl::GetGroup(const std::string& path, PreviewMode previ
 void CControl::ReadGroup(GroupPtr& out, const std::string& path, PreviewMode previewMode,
                          std::uint32_t targetType) {
   if (out != nullptr && out->IsPreview() && previewMode == PreviewMode::kFull) return;
-  GroupPtr entered;
+  auto entered = m_groups.end();
   try {
-    out = LoadGroup(path, previewMode, targetType, [&](const GroupPtr& group) {
-      AddGroup(group);
-      entered = group;
-    });
+    out = LoadGroup(path, previewMode, targetType,
+                    [&](const GroupPtr& group) { entered = Enter(group); });
   } catch (...) {
-    if (entered != nullptr)
-      RemoveGroup(entered->GetRegistryPath(), previewMode, /*keepReader=*/false);
+    if (entered != m_groups.end()) RemoveGroup(entered, /*keepReader=*/false);
     throw;
   }
 }
 
 void CControl::EnsureStoredStatistics(const GroupPtr& group) {
-  if (group->HasReadStoredStatistics() || group->IsPreview() || group->GetLoadState() != 2) return;
+  if (group->HasReadStoredStatistics() || group->IsPreview()) return;
+  if (group->GetLoadState() != kNotAllLoaded) return;
   LoadStoredStatistics(group->GetPath(), *group);
 }
 
@@ -232,64 +127,48 @@ CControl::GroupPtr CControl::ObtainFull(const std::string& path, std::uint32_t t
   return group;
 }
 
-CControl::GroupPtr CControl::Load(const std::string& path, std::uint32_t targetType,
-                                  const Select& variables, const Select& secondary) {
+CControl::GroupPtr CControl::Load(const std::string& path, const LoadRequest& request,
+                                  std::uint32_t targetType) {
+  CheckNotEmpty(request, path);
   GroupPtr group = ObtainFull(path, targetType);
-  const auto chosenVariables = AsSet(variables(*group));
-  const auto chosenSecondary = AsSet(secondary(*group));
-  if (group->GetLoadState() == 1) return group;
-  group->LoadSeries(chosenVariables, chosenSecondary, m_keepReadersOpen);
-  if (group->GetLoadState() == 1 || !m_keepReadersOpen) group->ResetReader();
+  const LoadPlaces places = PlacesOf(request, *group);
+  if (group->AreLoaded(places.variables, places.secondary)) return group;
+  group->LoadSeries(places.variables, places.secondary, m_keepReadersOpen);
+  if (group->GetLoadState() == kAllLoaded || !m_keepReadersOpen) group->ResetReader();
   return group;
 }
 
 CControl::GroupPtr CControl::GetGroup(const std::string& path,
                                       const std::vector<std::string>& names,
                                       std::uint32_t targetType) {
-  CheckNotEmpty(21, names, path);
-  return Load(
-      path, targetType, [&](const IGroup& group) { return SelectSeries(group, names); },
-      AllSecondary);
+  return Load(path, {names, AllSecondary{}}, targetType);
 }
 
 CControl::GroupPtr CControl::GetGroup(const std::string& path,
                                       const std::vector<std::string>& names,
                                       const std::vector<double>& secondaryValues,
                                       std::uint32_t targetType) {
-  CheckNotEmpty(21, names, path);
-  CheckNotEmpty(22, secondaryValues, path);
-  return Load(
-      path, targetType, [&](const IGroup& group) { return SelectSeries(group, names); },
-      [&](const IGroup& group) { return SelectSecondary(group, secondaryValues); });
+  return Load(path, {names, secondaryValues}, targetType);
 }
 
 CControl::GroupPtr CControl::GetGroup(const std::string& path,
                                       const std::vector<std::string>& names,
                                       const std::vector<std::string>& secondaryValues,
                                       std::uint32_t targetType) {
-  CheckNotEmpty(21, names, path);
-  CheckNotEmpty(22, secondaryValues, path);
-  return Load(
-      path, targetType, [&](const IGroup& group) { return SelectSeries(group, names); },
-      [&](const IGroup& group) { return SelectSecondary(group, secondaryValues); });
+  return Load(path, {names, secondaryValues}, targetType);
 }
 
 CControl::GroupPtr CControl::GetGroup(const std::string& path,
                                       const std::vector<std::size_t>& numbers,
                                       const std::vector<std::size_t>& secondaryNumbers,
                                       std::uint32_t targetType) {
-  return Load(
-      path, targetType, [&](const IGroup& group) { return SelectNumbers(group, numbers); },
-      [&](const IGroup& group) { return SelectSecondaryNumbers(group, secondaryNumbers); });
+  return Load(path, {numbers, secondaryNumbers}, targetType);
 }
 
 void CControl::RemoveGroup(Groups::iterator entry, bool keepReader) {
   if (entry == m_groups.end()) throw CException(49);
   const GroupPtr group = entry->second;
-  if (entry->first.previewMode == PreviewMode::kFull && !keepReader) {
-    group->CloseReader();
-    m_groupsByPath.erase(entry->first.path);
-  }
+  if (entry->first.previewMode == PreviewMode::kFull && !keepReader) group->CloseReader();
   m_groups.erase(entry);
 }
 

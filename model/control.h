@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "model/group.h"
 #include "model/group_number.h"
+#include "model/load_request.h"
 
 namespace Sumara {
 
@@ -93,18 +93,15 @@ class CControl {
   const Groups& GetGroups() const { return m_groups; }
 
  private:
-  using Select = std::function<std::vector<std::size_t>(const IGroup&)>;
-
+  Groups::iterator Enter(const GroupPtr& group);
   GroupPtr FindForLoad(const std::string& path) const;
   GroupPtr FindExact(const std::string& path, PreviewMode previewMode) const;
   GroupPtr ObtainFull(const std::string& path, std::uint32_t targetType);
   void MakeFull(const GroupPtr& group, const std::string& path);
   void Rekey(const GroupPtr& group, const std::string& path, PreviewMode mode);
-  GroupPtr Load(const std::string& path, std::uint32_t targetType, const Select& variables,
-                const Select& secondary);
+  GroupPtr Load(const std::string& path, const LoadRequest& request, std::uint32_t targetType);
 
   Groups m_groups;
-  std::unordered_set<std::string> m_groupsByPath;  ///< paths of full groups
   bool m_globalPathSet = false;
   std::string m_globalDirectory;
   std::string m_runName;

@@ -392,4 +392,51 @@ TYPED_TEST(ControlLoadTypesTest, BinaryAndText) {
   }
 }
 
+TEST_F(ControlLoadTest, GroupWithoutSecondaryValuesIsAnEmptyTable) {
+  WriteHeader(HeaderText::TwoAxes()
+                  .With("DIMENS", "2\t0\t0")
+                  .With("AXIMETH", "2", /*occurrence=*/0)
+                  .Without("AXIVAL")
+                  .After("AXIMETH", {"MIN\t0", "STEP\t1"}));
+  m_directory.Write("run.$01", "");
+  for (int i = 0; i < 2; ++i) {
+    const GroupPtr group = Load({"My"});
+    const auto series = std::dynamic_pointer_cast<Sumara::CSeries2D<float>>(group->GetSeries("My"));
+    ASSERT_NE(series, nullptr);
+    EXPECT_EQ(series->GetData(), std::vector<std::vector<float>>{});
+    EXPECT_EQ(group->GetSeries("Mx"), nullptr);
+    EXPECT_EQ(group->GetLoadState(), Sumara::kNotAllLoaded);
+  }
+  EXPECT_EQ(LoadNumbers({}, {})->GetLoadState(), Sumara::kAllLoaded);
+}
+
+TEST_F(ControlLoadTest, NamesThatDifferInCaseHaveDataOfTheirOwn) {
+  WriteHeader(HeaderText::OneAxis().With("VARIAB", "'Mx' 'MX'"));
+  WriteWords(6);
+  EXPECT_EQ(DataOf(Load({"MX"}), "MX"), (std::vector<float>{1, 3, 5}));
+  EXPECT_EQ(DataOf(Load({"Mx"}), "Mx"), (std::vector<float>{0, 2, 4}));
+}
+
+TEST_F(ControlLoadTest, WhatIsLoadedIsNotReadAgain) {
+  WriteOneAxis();
+  const GroupPtr group = Load({"Mx"});
+  std::filesystem::remove(Data());
+  EXPECT_EQ(Load({"Mx"}), group);
+  group->UnloadSeries("Mx");
+  EXPECT_EQ(group->GetLoadState(), Sumara::kNotAllLoaded);
+}
+
+TEST_F(ControlLoadTest, ValuesOfAHeaderNeedNoDataFile) {
+  const std::string count = "4194304";
+  WriteHeader(HeaderText::OneAxis().With("DIMENS", "2\t" + count));
+  const auto axis = Get(PreviewMode::kWithoutStatistics)->GetIntervalAxis(kPrimary, true);
+  EXPECT_EQ(axis->GetValues().size(), 4194304u);
+  EXPECT_EQ(axis->GetValues().back(), 4194303 * 0.5 + 1);
+  m_control.RemoveGroup(Header(), PreviewMode::kWithoutStatistics, false);
+  WriteHeader(HeaderText::OneAxis().With("DIMENS", "2\t4194305"));
+  const auto longer = Get(PreviewMode::kWithoutStatistics)->GetIntervalAxis(kPrimary, true);
+  EXPECT_EQ(MessageOf([&] { longer->GetValues(); }),
+            GroupFailure("Axis dimensions invalid (DIMENS)"));
+}
+
 }  // namespace

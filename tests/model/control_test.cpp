@@ -1,5 +1,6 @@
 #include "model/control.h"
 
+#include "model/group_loader.h"
 #include "tests/model/make_groups.h"
 #include "tests/model/run_fixture.h"
 
@@ -246,6 +247,17 @@ TEST_F(CControlTest, GroupOutlivesItsRegistry) {
     group = control.GetGroup(Header(), Names{"Mx"}, 0);
   }
   EXPECT_EQ(DataOf(group, "Mx"), (std::vector<float>{0, 2, 4}));
+}
+
+TEST_F(CControlTest, PreviewThatBecomesFullTakesThePlaceOfOneThatIs) {
+  WriteOneAxis();
+  const GroupPtr full = Get();
+  GroupPtr preview = Sumara::LoadGroup(Header(), PreviewMode::kWithoutStatistics, 0,
+                                       [&](const GroupPtr& group) { m_control.AddGroup(group); });
+  EXPECT_EQ(Load({"Mx"}), preview);
+  EXPECT_EQ(Cached(PreviewMode::kFull), preview);
+  EXPECT_EQ(Cached(PreviewMode::kWithoutStatistics), nullptr);
+  EXPECT_EQ(m_control.GetGroups().size(), 1u);
 }
 
 }  // namespace
