@@ -35,11 +35,7 @@ inline Sumara::GroupDescription DescribeOutput(std::string const& groupPath,
 /// A group marks the axis that it is given as its own. The variable may belong to a group of a run,
 /// whose axis has to stay as it is: the new group gets a copy.
 inline std::shared_ptr<Sumara::CAxisBase> AxisForOutput(const IndependentVariable& variable) {
-  Sumara::CAxisBase& axis = *variable.GetAxis();
-  if (const auto* interval = dynamic_cast<const Sumara::CIntervalAxis*>(&axis)) {
-    return std::make_shared<Sumara::CIntervalAxis>(*interval);
-  }
-  return axis.CopyFor(nullptr);
+  return variable.GetAxis()->Copy();
 }
 
 /// Adds a series without data. Series is a `Sumara::CSeries1D<T>` or `Sumara::CSeries2D<T>`.

@@ -34,6 +34,9 @@ bool HasEqualLabels(const std::vector<T>& labels) {
   return false;
 }
 
+/// So many values of a header alone are computed without a look at the data file.
+constexpr std::uint64_t kUnquestionedValues = std::uint64_t{1} << 22;
+
 }  // namespace
 
 CAxisBase::CAxisBase(std::string name, std::string quantity)
@@ -42,10 +45,24 @@ CAxisBase::CAxisBase(std::string name, std::string quantity)
   if (!IsValidName(m_quantity)) throw CException(31, AxisContext(m_name));
 }
 
+std::shared_ptr<CAxisBase> CAxisBase::CopyFor(IGroup* group) {
+  BelongTo(group);
+  auto copy = Copy();
+  copy->SetNumberOfPoints(0);
+  return copy;
+}
+
 CIntervalAxis::CIntervalAxis(std::string name, std::string quantity, double minimum, double step)
     : CAxisBase(std::move(name), std::move(quantity)), m_minimum(minimum), m_step(step) {
   if (step == 0.0) throw CException(33, AxisContext(m_name));
 }
+
+CIntervalAxis::CIntervalAxis(const CIntervalAxis& other)
+    : CAxisBase(other),
+      m_minimum(other.m_minimum),
+      m_step(other.m_step),
+      m_values(std::make_shared<std::vector<double>>(*other.m_values)),
+      m_group(other.m_group) {}
 
 const double& CIntervalAxis::DataAtIndex(std::uint64_t index) {
   const std::uint64_t count = m_group != nullptr ? m_group->GetNumberOfPoints(m_position) : 0;
@@ -61,7 +78,7 @@ std::string CIntervalAxis::GetLabelAsString(std::uint64_t index, std::uint32_t d
 std::uint64_t CIntervalAxis::CountForCache() const {
   std::uint64_t count = CAxisBase::GetNumberOfPoints();
   if (count == 0 && m_group != nullptr) count = m_group->GetNumberOfPoints(m_position);
-  if (m_group != nullptr) m_group->CheckPointCount(count);
+  if (m_group != nullptr && count > kUnquestionedValues) m_group->CheckPointCount(count);
   return count;
 }
 
@@ -78,9 +95,10 @@ std::shared_ptr<std::vector<double>> CIntervalAxis::ShareValues() {
 const std::vector<std::string>& CIntervalAxis::GetLabelsAsStrings(std::uint32_t dataType) {
   if (m_labelStrings.empty()) {
     const std::uint64_t count = CountForCache();
-    m_labelStrings.reserve(static_cast<std::size_t>(count));
-    for (std::uint64_t i = 0; i < count; ++i)
-      m_labelStrings.push_back(Scientific(ValueAt(i), dataType));
+    std::vector<std::string> texts;
+    texts.reserve(static_cast<std::size_t>(count));
+    for (std::uint64_t i = 0; i < count; ++i) texts.push_back(Scientific(ValueAt(i), dataType));
+    m_labelStrings = std::move(texts);
   }
   return m_labelStrings;
 }
@@ -91,8 +109,7 @@ void CIntervalAxis::SetNumberOfPoints(std::uint64_t count) {
   m_labelStrings.clear();
 }
 
-std::shared_ptr<CAxisBase> CIntervalAxis::CopyFor(IGroup* group) {
-  SetGroup(group);
+std::shared_ptr<CAxisBase> CIntervalAxis::Copy() const {
   return std::make_shared<CIntervalAxis>(*this);
 }
 
@@ -105,6 +122,10 @@ CLabelledAxis<T>::CLabelledAxis(std::string name, std::string quantity, std::vec
   if (uniquePosition == kSecondary && HasEqualLabels(*m_labels))
     throw CException(44, AxisContext(m_name));
 }
+
+template <class T>
+CLabelledAxis<T>::CLabelledAxis(const CLabelledAxis& other)
+    : CAxisBase(other), m_labels(std::make_shared<std::vector<T>>(*other.m_labels)) {}
 
 template <class T>
 std::uint64_t CLabelledAxis<T>::GetNumberOfPoints() const {
@@ -139,8 +160,10 @@ const std::vector<std::string>& CLabelledAxis<T>::GetLabelsAsStrings(std::uint32
     return *m_labels;
   } else {
     if (m_labelStrings.empty()) {
-      m_labelStrings.reserve(m_labels->size());
-      for (const double label : *m_labels) m_labelStrings.push_back(Scientific(label, dataType));
+      std::vector<std::string> texts;
+      texts.reserve(m_labels->size());
+      for (const double label : *m_labels) texts.push_back(Scientific(label, dataType));
+      m_labelStrings = std::move(texts);
     }
     return m_labelStrings;
   }
@@ -161,10 +184,8 @@ double CLabelledAxis<T>::GetNumberAtIndex(std::uint64_t index) {
 }
 
 template <class T>
-std::shared_ptr<CAxisBase> CLabelledAxis<T>::CopyFor(IGroup*) {
-  auto copy = std::make_shared<CLabelledAxis<T>>(*this);
-  copy->m_labels = std::make_shared<std::vector<T>>(*m_labels);
-  return copy;
+std::shared_ptr<CAxisBase> CLabelledAxis<T>::Copy() const {
+  return std::make_shared<CLabelledAxis<T>>(*this);
 }
 
 template <class T>

@@ -39,8 +39,10 @@ class CAxisBase {
 
   /// The value at `index` as a number; the index itself on an axis of labelled strings.
   virtual double GetNumberAtIndex(std::uint64_t index) = 0;
-  /// A copy, and whether it belongs to `group` from now on.
-  virtual std::shared_ptr<CAxisBase> CopyFor(IGroup* group) = 0;
+  /// A copy, of the values too.
+  virtual std::shared_ptr<CAxisBase> Copy() const = 0;
+  /// The copy that `group` keeps: it counts the points of that group, none until it has been told.
+  std::shared_ptr<CAxisBase> CopyFor(IGroup* group);
 
   void SetPosition(std::uint32_t position) { m_position = position; }
   std::uint32_t GetPosition() const { return m_position; }
@@ -49,6 +51,9 @@ class CAxisBase {
   /// \throws CException 30, 31
   CAxisBase(std::string name, std::string quantity);
   CAxisBase(const CAxisBase&) = default;
+
+  /// Tells the group that asks for a copy.
+  virtual void BelongTo(IGroup* /*group*/) {}
 
   std::string m_name;
   std::string m_quantity;
@@ -62,13 +67,14 @@ class CIntervalAxis final : public CAxisBase {
  public:
   /// \throws CException 30, 31, 33
   CIntervalAxis(std::string name, std::string quantity, double minimum, double step);
+  CIntervalAxis(const CIntervalAxis& other);
 
   std::string GetLabelAsString(std::uint64_t index, std::uint32_t dataType) override;
   const std::vector<std::string>& GetLabelsAsStrings(std::uint32_t dataType) override;
   std::uint32_t GetAxisType() const override { return kIntervalAxis; }
   void SetNumberOfPoints(std::uint64_t count) override;
   double GetNumberAtIndex(std::uint64_t index) override { return DataAtIndex(index); }
-  std::shared_ptr<CAxisBase> CopyFor(IGroup* group) override;
+  std::shared_ptr<CAxisBase> Copy() const override;
 
   /// The group whose points the axis counts. The axis does not keep it alive.
   virtual void SetGroup(IGroup* group) { m_group = group; }
@@ -83,6 +89,9 @@ class CIntervalAxis final : public CAxisBase {
   const std::vector<double>& GetValues() { return *ShareValues(); }
   /// The same vector, which stays as it is when the axis computes new values.
   std::shared_ptr<std::vector<double>> ShareValues();
+
+ protected:
+  void BelongTo(IGroup* group) override { SetGroup(group); }
 
  private:
   double ValueAt(std::uint64_t index) const {
@@ -105,13 +114,14 @@ class CLabelledAxis final : public CAxisBase {
   /// repeat. \throws CException 30, 31, 32, 44
   CLabelledAxis(std::string name, std::string quantity, std::vector<T> labels,
                 std::uint32_t uniquePosition);
+  CLabelledAxis(const CLabelledAxis& other);
 
   std::uint64_t GetNumberOfPoints() const override;
   std::string GetLabelAsString(std::uint64_t index, std::uint32_t dataType) override;
   const std::vector<std::string>& GetLabelsAsStrings(std::uint32_t dataType) override;
   std::uint32_t GetAxisType() const override;
   double GetNumberAtIndex(std::uint64_t index) override;
-  std::shared_ptr<CAxisBase> CopyFor(IGroup* group) override;
+  std::shared_ptr<CAxisBase> Copy() const override;
 
   /// The label at `index`; good until the next call. \throws CException 34, 40
   const T& DataAtIndex(std::uint64_t index);

@@ -67,6 +67,10 @@ std::shared_ptr<IGroup> LoadGroup(
 
   auto group = MakeGroup({path, top.binary, top.name, top.config, top.content, top.dataFileName},
                          targetType != 0 ? targetType : top.dataType, axes);
+  for (std::uint32_t position = 0; position < top.axisCount; ++position) {
+    const CAxisBase& read = *axes[top.axisCount - 1 - position];
+    group->GetAxis(position, /*mustExist=*/true)->SetNumberOfPoints(read.GetNumberOfPoints());
+  }
   group->SetHeaderRecordCount(top.headerRecordCount);
   group->SetPreviewMode(previewMode);
   group->SetSerialisedType(top.dataType);

@@ -266,4 +266,34 @@ TEST(AxisOfAGroupTest, SecondaryIntervalAxisCountsVectors) {
   EXPECT_EQ(group->GetIntervalAxis(kPrimary, true)->GetValues(), (std::vector<double>{0, 0.5}));
 }
 
+TEST(AxisOfAGroupTest, IntervalAxisOfASecondGroupCountsItsPoints) {
+  const auto first = NewGroup1D<float>();
+  Add<float>(*first, "a", {1, 2, 3});
+  const auto axis = first->GetIntervalAxis(kPrimary, true);
+  axis->SetNumberOfPoints(3);  // as a write does
+  EXPECT_EQ(axis->GetValues(), (std::vector<double>{0, 0.5, 1}));
+  EXPECT_EQ(axis->GetLabelsAsStrings(1).size(), 3u);
+  const auto second = NewGroup1D<float>(axis->Copy());
+  Add<float>(*second, "a", {1, 2});
+  const auto copy = second->GetIntervalAxis(kPrimary, true);
+  EXPECT_EQ(copy->GetNumberOfPoints(), 0u) << "it was not told yet";
+  EXPECT_EQ(copy->GetValues(), (std::vector<double>{0, 0.5}));
+  EXPECT_EQ(copy->GetLabelsAsStrings(1).size(), 2u);
+  EXPECT_EQ(axis->GetValues().size(), 3u);
+}
+
+TEST(AxisOfAGroupTest, CopiesHaveValuesOfTheirOwn) {
+  CIntervalAxis axis("Time", "T", 0, 1);
+  axis.SetNumberOfPoints(2);
+  const auto values = axis.ShareValues();
+  CIntervalAxis copy(axis);
+  (*copy.ShareValues())[1] = 9;
+  EXPECT_EQ(*values, (std::vector<double>{0, 1}));
+  EXPECT_EQ(copy.GetValues(), (std::vector<double>{0, 9}));
+  const CLabelledValueAxis radius("Radius", "L", {1.5}, kPrimary);
+  const CLabelledValueAxis other(radius);
+  (*other.ShareLabels())[0] = 9;
+  EXPECT_EQ(radius.GetLabels(), std::vector<double>{1.5});
+}
+
 }  // namespace
