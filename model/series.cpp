@@ -1,5 +1,6 @@
 #include "model/series.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/text.h"
@@ -16,40 +17,32 @@ void SeriesStatistics<T>::Seed(T value) {
 }
 
 template <class T>
-void SeriesStatistics<T>::Advance(T value, std::uint64_t index, bool incremental,
-                                  std::uint64_t total) {
-  if (value > maximum) {
-    maximum = value;
-    maximumChanged = true;
-    maximumIndex = index;
-    if (incremental) totalMaximumIndex = total;
-  } else if (value < minimum) {
-    minimum = value;
-    minimumChanged = true;
-    minimumIndex = index;
-    if (incremental) totalMinimumIndex = total;
+void SeriesStatistics<T>::Advance(std::span<const T> points, std::uint64_t index, IndexRule rule) {
+  SeriesStatistics figures = *this;  // apart from the points, so that they stay in registers
+  for (const T value : points) {
+    if (value > figures.maximum) {
+      figures.maximum = value;
+      figures.maximumChanged = true;
+      figures.maximumIndex = index;
+      if (rule.incremental) figures.totalMaximumIndex = index + rule.flushed;
+    } else if (value < figures.minimum) {
+      figures.minimum = value;
+      figures.minimumChanged = true;
+      figures.minimumIndex = index;
+      if (rule.incremental) figures.totalMinimumIndex = index + rule.flushed;
+    }
+    figures.sum = AddElements(figures.sum, value);
+    ++index;
   }
-  sum = AddElements(sum, value);
+  *this = figures;
 }
 
 template <class T>
-void SeriesStatistics<T>::Scan(const std::vector<T>& points) {
-  SeriesStatistics figures;  // apart from the points, so that they stay in registers
-  figures.maximum = figures.minimum = figures.sum = points.front();
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    const T value = points[i];
-    if (value > figures.maximum) {
-      figures.maximum = value;
-      figures.maximumIndex = i;
-    } else if (value < figures.minimum) {
-      figures.minimum = value;
-      figures.minimumIndex = i;
-    }
-    figures.sum = AddElements(figures.sum, value);
-  }
-  figures.maximumChanged = figures.minimumChanged = true;
-  figures.SnapshotIndices();
-  *this = figures;
+void SeriesStatistics<T>::Scan(std::span<const T> points) {
+  *this = {};
+  Seed(points.front());
+  Advance(points.subspan(1), /*index=*/1, {});
+  SnapshotIndices();
 }
 
 template <class T>
@@ -57,6 +50,22 @@ void SeriesStatistics<T>::SnapshotIndices() {
   // An extreme of an earlier chunk has no place in the data now in memory.
   if (maximumChanged) totalMaximumIndex = maximumIndex;
   if (minimumChanged) totalMinimumIndex = minimumIndex;
+}
+
+template <class T>
+SeriesStatistics<T>& RunningStatistics<T>::UpTo(std::span<const T> points, IndexRule rule) {
+  std::size_t next = points.size() - std::min(std::exchange(m_waiting, 0), points.size());
+  if (next == points.size()) return m_figures;
+  if (std::exchange(m_seed, false)) m_figures.Seed(points[next++]);
+  m_figures.Advance(points.subspan(next), next, rule);
+  return m_figures;
+}
+
+template <class T>
+void RunningStatistics<T>::Scan(std::span<const T> points) {
+  m_figures.Scan(points);
+  m_waiting = 0;
+  m_seed = false;
 }
 
 template <class T>
@@ -156,6 +165,7 @@ void CSeriesBase<T>::ResetStatistics() {
 
 #define TABULON_INSTANTIATE(T)         \
   template struct SeriesStatistics<T>; \
+  template class RunningStatistics<T>; \
   template class CSeriesBase<T>;
 TABULON_FOR_EACH_ELEMENT_TYPE(TABULON_INSTANTIATE)
 #undef TABULON_INSTANTIATE

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -57,7 +58,14 @@ class ISeries {
   virtual void Rename(const std::string& name) = 0;
 };
 
-/// The running figures of one vector of points.
+/// How the index of an extreme is counted from the first point ever added; without incremental
+/// writing it is not.
+struct IndexRule {
+  bool incremental = false;
+  std::uint64_t flushed = 0;
+};
+
+/// The figures of one vector of points.
 template <class T>
 struct SeriesStatistics {
   T maximum{};
@@ -72,14 +80,34 @@ struct SeriesStatistics {
 
   /// The first point of a vector: both extremes. The indices stay.
   void Seed(T value);
-  /// A further point. `total` is its index counted from the first point ever added; without
-  /// incremental writing the total indices stay.
-  void Advance(T value, std::uint64_t index, bool incremental, std::uint64_t total);
+  /// Further points, the first of which has the index `index`.
+  void Advance(std::span<const T> points, std::uint64_t index, IndexRule rule);
   /// All figures of `points`, of which there is at least one; ties go to the earliest point.
-  void Scan(const std::vector<T>& points);
+  void Scan(std::span<const T> points);
 
   void ClearChangedFlags() { maximumChanged = minimumChanged = false; }
   void SnapshotIndices();
+};
+
+/// The figures of a vector that points are appended to. A plain write never asks for them: points
+/// wait, and are gone through in their order when somebody does.
+template <class T>
+class RunningStatistics {
+ public:
+  /// The last `count` points of the vector are new. \param seed the first of them starts anew.
+  void Append(std::size_t count, bool seed) {
+    m_waiting += count;
+    m_seed = m_seed || seed;
+  }
+  /// The figures of all that was appended; `points` is the vector as it is now.
+  SeriesStatistics<T>& UpTo(std::span<const T> points, IndexRule rule = {});
+  /// The figures of the whole vector, which holds a point at least.
+  void Scan(std::span<const T> points);
+
+ private:
+  SeriesStatistics<T> m_figures;
+  std::size_t m_waiting = 0;
+  bool m_seed = false;
 };
 
 /// What series over one and over two axes have in common.
@@ -126,11 +154,13 @@ class CSeriesBase : public ISeries {
   /// \throws CException 3, 4
   CSeriesBase(std::string name, std::string quantity);
 
-  virtual SeriesStatistics<T>* FindStatistics(std::uint64_t secondary) = 0;
+  /// The figures of all that was appended, or none if there is no such vector.
+  virtual SeriesStatistics<T>* FindStatistics(std::uint64_t secondary) const = 0;
   virtual void CheckHasVector(std::uint64_t secondary) const = 0;
 
   bool IsIncremental() const;
   std::uint64_t FlushedPoints() const;
+  IndexRule Rule() const { return {IsIncremental(), FlushedPoints()}; }
   /// \throws CException 6, 7
   void CheckChangeable() const;
   /// How many points the primary axis has labels for; 0 if it is an interval axis.

@@ -8,40 +8,6 @@
 #include "model/model_context.h"
 
 namespace Sumara {
-namespace {
-
-/// How the index of an extreme is counted from the first point ever added.
-struct IndexRule {
-  bool incremental;
-  std::uint64_t flushed;
-};
-
-/// `SeriesStatistics::Advance` over many points, the first of which has the index `index`.
-template <class T>
-void AdvanceOver(SeriesStatistics<T>& statistics, std::span<const T> points, std::uint64_t index,
-                 IndexRule rule) {
-  SeriesStatistics<T> figures =
-      statistics;  // apart from the points, so that they stay in registers
-  for (const T value : points) {
-    if (value > figures.maximum) {
-      figures.maximum = value;
-      figures.maximumChanged = true;
-      figures.maximumIndex = index;
-      if (rule.incremental) figures.totalMaximumIndex = index + rule.flushed;
-    } else if (value < figures.minimum) {
-      figures.minimum = value;
-      figures.minimumChanged = true;
-      figures.minimumIndex = index;
-      if (rule.incremental) figures.totalMinimumIndex = index + rule.flushed;
-    }
-    figures.sum = AddElements(figures.sum, value);
-    ++index;
-  }
-  statistics = figures;
-}
-
-}  // namespace
-
 template <class T>
 CSeries1D<T>::CSeries1D(std::string name, std::string quantity, std::uint64_t initialSize)
     : CSeriesBase<T>(std::move(name), std::move(quantity)),
@@ -59,14 +25,16 @@ std::uint64_t CSeries1D<T>::GetNumberOfPoints() const {
 template <class T>
 void CSeries1D<T>::ComputeStatistics() {
   if (this->m_group == nullptr) throw CException(6, SeriesContext(this));
-  if (!m_data.empty()) m_statistics.Scan(m_data);
+  if (!m_data.empty()) m_running.Scan(m_data);
 }
 
 template <class T>
 void CSeries1D<T>::ClearData(bool keepStatistics) {
   this->CheckChangeable();
+  SeriesStatistics<T>& figures = Figures();
   m_data.clear();
-  m_statistics.maximumIndex = m_statistics.minimumIndex = 0;
+  figures.maximumIndex = figures.minimumIndex = 0;
+  if (m_loadState == LoadState::kLoaded) m_loadState = LoadState::kWaiting;
   if (!keepStatistics) ComputeStatistics();
 }
 
@@ -99,13 +67,23 @@ void CSeries1D<T>::CheckIncoming(std::uint64_t incoming, AddMode mode,
   this->CheckLabels(mode, incoming, m_data.size());
 }
 
+/// Has `store` put the points behind those that are there, and takes them into the figures: at once
+/// while the group is written in chunks, else when somebody asks.
+template <class T>
+template <class Store>
+void CSeries1D<T>::Append(std::size_t count, Store store) {
+  const IndexRule rule = this->Rule();
+  if (rule.incremental) Figures();  // those that wait are counted without the chunks
+  store();
+  m_running.Append(count, std::exchange(this->m_noPointsYet, false));
+  if (rule.incremental) m_running.UpTo(m_data, rule);
+}
+
 template <class T>
 void CSeries1D<T>::AddSeriesPoints(std::span<const T> points, bool check) {
   if (check) CheckIncoming(points.size(), AddMode::kAppend, /*expected=*/0);
   if (points.empty()) return;
-  const std::uint64_t first = m_data.size();
-  m_data.insert(m_data.end(), points.begin(), points.end());
-  AdvanceStatistics(first);
+  Append(points.size(), [&] { m_data.insert(m_data.end(), points.begin(), points.end()); });
 }
 
 template <class T>
@@ -113,18 +91,7 @@ void CSeries1D<T>::TakeSeriesPoints(std::vector<T>&& points, bool check) {
   if (!m_data.empty()) return AddSeriesPoints(std::span<const T>(points), check);
   if (check) CheckIncoming(points.size(), AddMode::kAppend, /*expected=*/0);
   if (points.empty()) return;
-  m_data = std::move(points);
-  AdvanceStatistics(/*first=*/0);
-}
-
-/// Takes the points from `first` into the running figures.
-template <class T>
-void CSeries1D<T>::AdvanceStatistics(std::uint64_t first) {
-  if (this->m_noPointsYet) m_statistics.Seed(m_data[static_cast<std::size_t>(first++)]);
-  this->m_noPointsYet = false;
-  const IndexRule rule{this->IsIncremental(), this->FlushedPoints()};
-  AdvanceOver(m_statistics, std::span<const T>(m_data).subspan(static_cast<std::size_t>(first)),
-              first, rule);
+  Append(points.size(), [&] { m_data = std::move(points); });
 }
 
 #define TABULON_INSTANTIATE(T) template class CSeries1D<T>;

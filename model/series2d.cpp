@@ -24,33 +24,49 @@ std::uint64_t CSeries2D<T>::GetNumberOfPoints() const {
 }
 
 template <class T>
+SeriesStatistics<T>* CSeries2D<T>::FindStatistics(std::uint64_t secondary) const {
+  if (secondary >= m_running.size()) return nullptr;
+  const std::vector<T>* const points = FindVector(secondary);
+  return &m_running[secondary].UpTo(points != nullptr ? std::span<const T>(*points)
+                                                      : std::span<const T>());
+}
+
+/// Takes the points that wait into the figures, before the vectors change.
+template <class T>
+void CSeries2D<T>::CatchUp() const {
+  for (std::size_t s = 0; s < m_running.size(); ++s) FindStatistics(s);
+}
+
+template <class T>
 bool CSeries2D<T>::HasMaximumChanged(std::uint64_t secondary) const {
-  return secondary < m_statistics.size() && m_statistics[secondary].maximumChanged;
+  const SeriesStatistics<T>* const figures = FindStatistics(secondary);
+  return figures != nullptr && figures->maximumChanged;
 }
 
 template <class T>
 bool CSeries2D<T>::HasMinimumChanged(std::uint64_t secondary) const {
-  return secondary < m_statistics.size() && m_statistics[secondary].minimumChanged;
+  const SeriesStatistics<T>* const figures = FindStatistics(secondary);
+  return figures != nullptr && figures->minimumChanged;
 }
 
 template <class T>
 void CSeries2D<T>::ComputeStatistics() {
   if (this->m_group == nullptr) throw CException(6, SeriesContext(this));
   if (m_data.empty()) return;
-  m_statistics.assign(m_data.size(), {});
+  m_running.assign(m_data.size(), {});
   for (std::size_t s = 0; s < m_data.size(); ++s) {
-    if (!m_data[s].empty()) m_statistics[s].Scan(m_data[s]);
+    if (!m_data[s].empty()) m_running[s].Scan(m_data[s]);
   }
 }
 
 template <class T>
 void CSeries2D<T>::ClearChangedFlags() {
-  for (auto& statistics : m_statistics) statistics.ClearChangedFlags();
+  for (std::size_t s = 0; s < m_running.size(); ++s) FindStatistics(s)->ClearChangedFlags();
 }
 
 template <class T>
 void CSeries2D<T>::SnapshotExtremeIndices() {
-  for (auto& statistics : m_statistics) statistics.SnapshotIndices();
+  for (std::size_t s = 0; s < m_running.size(); ++s) FindStatistics(s)->SnapshotIndices();
 }
 
 template <class T>
@@ -62,8 +78,12 @@ bool CSeries2D<T>::HasData() const {
 template <class T>
 void CSeries2D<T>::ClearData(bool keepStatistics) {
   this->CheckChangeable();
+  for (std::size_t s = 0; s < m_running.size(); ++s) {
+    SeriesStatistics<T>& figures = *FindStatistics(s);
+    figures.maximumIndex = figures.minimumIndex = 0;
+  }
   for (auto& points : m_data) points.clear();
-  for (auto& statistics : m_statistics) statistics.maximumIndex = statistics.minimumIndex = 0;
+  std::replace(m_loadStates.begin(), m_loadStates.end(), LoadState::kLoaded, LoadState::kWaiting);
   if (!keepStatistics) ComputeStatistics();
 }
 
@@ -122,14 +142,11 @@ const std::vector<T>* CSeries2D<T>::FindVector(std::uint64_t secondary) const {
 }
 
 template <class T>
-SeriesStatistics<T>* CSeries2D<T>::FindStatistics(std::uint64_t secondary) {
-  return secondary < m_statistics.size() ? &m_statistics[secondary] : nullptr;
-}
-
-template <class T>
 void CSeries2D<T>::SetNumberOfVectors(std::uint64_t count) {
-  m_data.assign(static_cast<std::size_t>(count), {});
+  CatchUp();
+  std::vector<std::vector<T>> data(static_cast<std::size_t>(count));
   m_loadStates.resize(static_cast<std::size_t>(count), LoadState::kNotFromFile);
+  m_data = std::move(data);
 }
 
 template <class T>
@@ -163,13 +180,40 @@ void CSeries2D<T>::CheckIncoming(const std::vector<std::vector<T>>& vectors, Add
 
 template <class T>
 void CSeries2D<T>::FitVectors(std::size_t count) {
-  if (this->m_noPointsYet || count > m_statistics.size()) m_statistics.resize(count);
+  if (this->m_noPointsYet || count > m_running.size()) m_running.resize(count);
   if (this->m_noPointsYet) {
     m_data.assign(count, {});
+    m_running.assign(count, {});
   } else if (count < m_data.size()) {
+    CatchUp();
     m_data.resize(count);
   }
   if (m_data.size() < count) m_data.resize(count);
+}
+
+/// Appends `pointsOf(s)` to each vector, and takes it into the figures: at once while the group is
+/// written in chunks, else when somebody asks.
+template <class T>
+template <class PointsOf>
+void CSeries2D<T>::Append(std::size_t vectors, PointsOf pointsOf) {
+  FitVectors(vectors);
+  const IndexRule rule = this->Rule();
+  if (rule.incremental) CatchUp();  // those that wait are counted without the chunks
+  std::size_t done = 0;
+  try {
+    for (; done < vectors; ++done) {
+      const std::span<const T> points = pointsOf(done);
+      m_data[done].insert(m_data[done].end(), points.begin(), points.end());
+    }
+  } catch (...) {
+    while (done-- > 0) m_data[done].resize(m_data[done].size() - pointsOf(done).size());
+    throw;
+  }
+  const bool seed = std::exchange(this->m_noPointsYet, false);
+  for (std::size_t s = 0; s < vectors; ++s) {
+    m_running[s].Append(pointsOf(s).size(), seed);
+    if (rule.incremental) m_running[s].UpTo(m_data[s], rule);
+  }
 }
 
 template <class T>
@@ -178,31 +222,16 @@ void CSeries2D<T>::AddSeriesPoint(std::span<const T> values, bool check) {
     CheckVectorCount(values.size());
     this->CheckLabels(AddMode::kAppend, 1, PresentPoints());
   }
-  FitVectors(values.size());
-  const bool incremental = this->IsIncremental();
-  const std::uint64_t flushed = this->FlushedPoints();
-  for (std::size_t s = 0; s < values.size(); ++s) {
-    m_data[s].push_back(values[s]);
-    const std::uint64_t index = m_data[s].size() - 1;
-    if (this->m_noPointsYet) {
-      m_statistics[s] = {};
-      m_statistics[s].Seed(values[s]);
-    } else {
-      m_statistics[s].Advance(values[s], index, incremental, index + flushed);
-    }
-  }
-  this->m_noPointsYet = false;
+  Append(values.size(), [&](std::size_t s) { return values.subspan(s, 1); });
 }
 
 template <class T>
 void CSeries2D<T>::AddSeriesPoints(const std::vector<std::vector<T>>& vectors, bool check) {
   if (check) CheckIncoming(vectors, AddMode::kAppend, /*expected=*/0);
-  if (vectors.empty()) return;
-  std::vector<T> point(vectors.size());
-  for (std::size_t i = 0; i < vectors.front().size(); ++i) {
-    for (std::size_t s = 0; s < vectors.size(); ++s) point[s] = vectors[s].at(i);
-    AddSeriesPoint(point, /*check=*/false);
-  }
+  if (vectors.empty() || vectors.front().empty()) return;
+  const std::size_t count = vectors.front().size();
+  for (const auto& points : vectors) static_cast<void>(points.at(count - 1));
+  Append(vectors.size(), [&](std::size_t s) { return std::span(vectors[s]).first(count); });
 }
 
 #define TABULON_INSTANTIATE(T) template class CSeries2D<T>;

@@ -49,7 +49,7 @@ class CSeries2D final : public CSeriesBase<T> {
   const std::vector<std::vector<T>>& GetData() const { return m_data; }
 
  protected:
-  SeriesStatistics<T>* FindStatistics(std::uint64_t secondary) override;
+  SeriesStatistics<T>* FindStatistics(std::uint64_t secondary) const override;
   void CheckHasVector(std::uint64_t secondary) const override { GetVector(secondary); }
 
  private:
@@ -58,11 +58,14 @@ class CSeries2D final : public CSeriesBase<T> {
   void CheckIncoming(const std::vector<std::vector<T>>& vectors, AddMode mode,
                      std::uint64_t expected) const;
   void FitVectors(std::size_t count);
+  void CatchUp() const;
+  template <class PointsOf>
+  void Append(std::size_t vectors, PointsOf pointsOf);
   std::uint64_t PresentPoints() const { return m_data.empty() ? 0 : m_data.front().size(); }
 
   std::vector<std::vector<T>> m_data;
   std::vector<LoadState> m_loadStates;
-  std::vector<SeriesStatistics<T>> m_statistics;
+  mutable std::vector<RunningStatistics<T>> m_running;
 };
 
 }  // namespace Sumara

@@ -92,7 +92,7 @@ TEST_F(GroupDataTest, CountsThatTheFileCannotHoldAreRefused) {
   Write(Points(75000));
   m_data.CheckPointCount(262144);
   m_data.CheckPointCount(300000);
-  const std::string failure = Failure("Axis dimension not found (DIMENS)");
+  const std::string failure = Failure("Axis dimensions invalid (DIMENS)");
   EXPECT_EQ(MessageOf([&] { m_data.CheckPointCount(300001); }), failure);
 }
 

@@ -529,4 +529,41 @@ TEST(CGroupTest, ReaderIsMadeForAStoredTypeAndAPath) {
             "IO error 5000: The file does not exist.\nFurther information: nowhere/run.$01");
 }
 
+TEST(CGroupTest, ExactSpellingComesFirst) {
+  const auto group = NewGroup1D<float>();
+  group->SetSeriesNames({"Speed", "SPEED"}, {"L", "L"});
+  std::string spelling;
+  EXPECT_TRUE(group->FindSeriesName("SPEED", spelling));
+  EXPECT_EQ(spelling, "SPEED");
+  EXPECT_TRUE(group->FindSeriesName("speed", spelling));
+  EXPECT_EQ(spelling, "Speed");
+  EXPECT_EQ(group->GetSeriesIndex("SPEED", /*exact=*/false), 1u);
+  EXPECT_EQ(group->GetSeriesIndex("sPEED", /*exact=*/false), 0u);
+}
+
+TEST(CGroupTest, UnloadFindsItsSeriesAfterARemovalWithoutNumbers) {
+  const auto group = NewGroup1D<float>();
+  const auto a = Add<float>(*group, "a");
+  const auto b = Add<float>(*group, "b");
+  const auto c = Add<float>(*group, "c");
+  group->RemoveSeriesEntry("a", /*renumber=*/false);
+  EXPECT_EQ(group->GetSeriesIndex("c", /*exact=*/true), 1u);
+  group->UnloadSeries("b");
+  EXPECT_EQ(group->GetSeries("b"), nullptr);
+  EXPECT_EQ(group->GetSeries("c"), c);
+  group->UnloadSeries("c");
+  EXPECT_EQ(group->GetSeries("c"), nullptr);
+}
+
+TEST(CGroupTest, SeriesThatCannotBeTakenInLeavesTheTableAsItWas) {
+  const auto group = NewGroup1D<float>();
+  const auto other = NewGroup1D<float>();
+  const auto series = Add<float>(*other, "Mx", {1, 2});
+  EXPECT_EQ(MessageOf([&] { group->AddSeries(series, /*renameOnClash=*/false); }),
+            "Sumara Tables error: A series' group cannot be changed after data has been added.\n"
+            "Further information: Series name: 'Mx'; File path: ./Loads");
+  EXPECT_EQ(group->GetNumberOfSeries(), 0u);
+  EXPECT_FALSE(group->HasSeries("Mx", /*exact=*/false));
+}
+
 }  // namespace

@@ -191,4 +191,54 @@ TEST(AppendStatisticsTest, IntegerSumsWrapAround) {
   EXPECT_EQ(series->GetSum(), std::numeric_limits<int>::min() + 5);
 }
 
+TEST(AppendStatisticsTest, PointsThatWaitCountBeforeTheChunks) {
+  const auto group = Group1D<float>("run.%01");
+  const auto series = AddSeries<float>(*group, "a", {3, 7});
+  series->AddSeriesPoints(std::vector<float>{1}, /*check=*/true);
+  group->SetIncrementalMode(1);
+  group->SetFlushedPointCount(100);
+  series->AddSeriesPoints(std::vector<float>{9}, /*check=*/true);
+  EXPECT_EQ(series->GetMaximum(), 9);
+  EXPECT_EQ(series->GetTotalMaximumIndex(0), 103u);
+  EXPECT_EQ(series->GetMinimumIndex(0), 2u);
+  EXPECT_EQ(series->GetTotalMinimumIndex(0), 0u) << "it was no chunk's";
+  EXPECT_EQ(series->GetSum(), 20);
+}
+
+TEST(AppendStatisticsTest, FlagsAndFiguresFollowEachAppend) {
+  const auto group = Group1D<int>("run.%01");
+  const auto series = AddSeries<int>(*group, "a", {3, 7});
+  EXPECT_TRUE(series->HasMaximumChanged(0));
+  series->ClearChangedFlags();
+  series->AddSeriesPoints(std::vector<int>{5}, /*check=*/true);
+  EXPECT_FALSE(series->HasMaximumChanged(0));
+  series->AddSeriesPoints(std::vector<int>{8}, /*check=*/true);
+  EXPECT_TRUE(series->HasMaximumChanged(0));
+  EXPECT_FALSE(series->HasMinimumChanged(0));
+  EXPECT_EQ(series->GetSum(), 23);
+  series->AddSeriesPoints(std::vector<int>{1}, /*check=*/true);
+  EXPECT_EQ(series->GetSum(), 24);
+  EXPECT_EQ(series->GetMinimumIndex(0), 4u);
+}
+
+TEST(AppendStatisticsTest, FiguresOutliveThePointsThatWaited) {
+  const auto group = Group1D<int>("run.%01");
+  const auto series = AddSeries<int>(*group, "a", {3, 7, 1});
+  series->ClearData(/*keepStatistics=*/true);
+  group->SetIncrementalMode(1);
+  EXPECT_EQ(series->GetMaximum(), 7);
+  EXPECT_EQ(series->GetSum(), 11);
+  EXPECT_EQ(series->GetMaximumIndex(0), 0u);
+}
+
+TEST(AppendStatisticsTest, VectorsThatGoTakeTheirPointsIntoTheFigures) {
+  const auto group = Group2D<int>("run.%01", /*binary=*/true, TimeAxis(), TimeAxis());
+  const auto series = AddSeries<int>(*group, "a", {{1, 5}, {9, 4}});
+  group->SetIncrementalMode(1);
+  series->AddSeriesPoint(std::vector<int>{6}, /*check=*/false);
+  EXPECT_EQ(series->GetData(), (std::vector<std::vector<int>>{{1, 5, 6}}));
+  EXPECT_EQ(series->GetMaximum(0), 6);
+  EXPECT_EQ(series->GetSum(1), 13) << "as it was when the vector went";
+}
+
 }  // namespace
