@@ -190,11 +190,11 @@ TEST_F(Variable1DTest, UnloadOfTheRunReachesTheVariable) {
   EXPECT_EQ(*again, *data);
 }
 
-TEST_F(Variable1DTest, NamesThatDifferInCaseOnlyShareTheFirst) {
+TEST_F(Variable1DTest, NameThatIsSpelledExactlyComesBeforeOneThatIsNot) {
   Write({.variables = {{"x", "L"}, {"X", "L"}}});
   const RunPtr run = Get("run1");
-  EXPECT_EQ(run->GetVariable("X")->GetName(), "x");
-  EXPECT_EQ(run->GetVariable1D<float>("X")->GetData(), (std::vector<float>{1, 4, 2, 3}));
+  EXPECT_EQ(run->GetVariable("X")->GetName(), "X");
+  EXPECT_EQ(run->GetVariable1D<float>("X")->GetData(), (std::vector<float>{10, 40, 20, 30}));
 }
 
 // Statistics.
