@@ -13,6 +13,16 @@ set(TABULON_PYTHON_DIR "${PROJECT_BINARY_DIR}/python")
 set(TABULON_PROXY_DIR "${TABULON_PYTHON_DIR}/tabulon/api")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${TABULON_PYTHON_DIR}")
 
+# The two smallest sample runs come with the package.
+set(runs "${PROJECT_SOURCE_DIR}/examples/runs/")
+set(only_power_curve
+  FILES_MATCHING PATTERN "power_curve.*" PATTERN "faults" EXCLUDE PATTERN "idling" EXCLUDE)
+file(COPY "${runs}" DESTINATION "${TABULON_PYTHON_DIR}/tabulon/_samples" ${only_power_curve})
+file(COPY "${runs}idling/" DESTINATION "${TABULON_PYTHON_DIR}/tabulon/_samples")
+install(DIRECTORY "${runs}" DESTINATION tabulon/_samples COMPONENT python EXCLUDE_FROM_ALL
+  ${only_power_curve})
+install(DIRECTORY "${runs}idling/" DESTINATION tabulon/_samples COMPONENT python EXCLUDE_FROM_ALL)
+
 add_custom_target(tabulon_package ALL
   COMMAND ${CMAKE_COMMAND} -E copy_directory "${PROJECT_SOURCE_DIR}/python/tabulon"
     "${TABULON_PYTHON_DIR}/tabulon"

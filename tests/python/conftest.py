@@ -30,7 +30,7 @@ def reset_process_state() -> None:
     """Empty the run cache, and put all settings at their defaults."""
     native.TabulonApi_clear_runs()
     # The package remembers what it sets, so it is told too where it is in use.
-    package = sys.modules.get("tabulon")
+    package = sys.modules.get("tabulon.api")
     for (family, name), value in DEFAULTS.items():
         flat = getattr(native, f"TabulonApi_{family}_{name}")
         getattr(package, name, flat)(value)

@@ -7,6 +7,8 @@ from enum import IntEnum
 
 import _TabulonAPI_Python as _native
 
+from tabulon._vocabulary import CalculationType, CompletionState
+
 __all__ = [
     "AxisTypeId",
     "CalculationType",
@@ -80,71 +82,6 @@ class OverwriteBehaviour(IntEnum):
 
     OverwriteExistingOutput = _native.OverwriteBehaviour_OverwriteExistingOutput
     DoNotOverwriteExistingOutput = _native.OverwriteBehaviour_DoNotOverwriteExistingOutput
-
-
-class CalculationType(IntEnum):
-    """The calculation that produced a run.
-
-    The negative values other than ``Unknown`` are categories for searches.
-    """
-
-    AllCalculationTypes = _native.CalculationType_AllCalculationTypes
-    AllTurbineSimulations = _native.CalculationType_AllTurbineSimulations
-    AllSupportingCalculations = _native.CalculationType_AllSupportingCalculations
-    AllPostProcessingCalculations = _native.CalculationType_AllPostProcessingCalculations
-    Unknown = _native.CalculationType_Unknown
-    WindTurbulence = _native.CalculationType_WindTurbulence
-    AerodynamicInformation = _native.CalculationType_AerodynamicInformation
-    PerformanceCoefficients = _native.CalculationType_PerformanceCoefficients
-    SteadyPowerCurve = _native.CalculationType_SteadyPowerCurve
-    SteadyOperationalLoads = _native.CalculationType_SteadyOperationalLoads
-    SteadyParkedLoads = _native.CalculationType_SteadyParkedLoads
-    DynamicPowerCurve = _native.CalculationType_DynamicPowerCurve
-    PowerProductionSimulation = _native.CalculationType_PowerProductionSimulation
-    NormalStopSimulation = _native.CalculationType_NormalStopSimulation
-    EmergencyStopSimulation = _native.CalculationType_EmergencyStopSimulation
-    StartUpSimulation = _native.CalculationType_StartUpSimulation
-    IdlingSimulation = _native.CalculationType_IdlingSimulation
-    ParkedSimulation = _native.CalculationType_ParkedSimulation
-    BasicStatistics = _native.CalculationType_BasicStatistics
-    FourierHarmonicsAnalysis = _native.CalculationType_FourierHarmonicsAnalysis
-    PeriodicComponentAnalysis = _native.CalculationType_PeriodicComponentAnalysis
-    ExtremePredictionAnalysis = _native.CalculationType_ExtremePredictionAnalysis
-    AutoSpectralDensityAnalysis = _native.CalculationType_AutoSpectralDensityAnalysis
-    CrossSpectralDensityAnalysis = _native.CalculationType_CrossSpectralDensityAnalysis
-    ProbabilityDensityAnalysis = _native.CalculationType_ProbabilityDensityAnalysis
-    PeakAnalysis = _native.CalculationType_PeakAnalysis
-    LevelCrossingFrequencyAnalysis = _native.CalculationType_LevelCrossingFrequencyAnalysis
-    RainflowCycleAnalysis = _native.CalculationType_RainflowCycleAnalysis
-    FatigueAnalysis = _native.CalculationType_FatigueAnalysis
-    AnnualEnergyYieldAnalysis = _native.CalculationType_AnnualEnergyYieldAnalysis
-    ChannelCombination = _native.CalculationType_ChannelCombination
-    UltimateLoadsAnalysis = _native.CalculationType_UltimateLoadsAnalysis
-    UltimateLoadCasesAnalysis = _native.CalculationType_UltimateLoadCasesAnalysis
-    FlickerAnalysis = _native.CalculationType_FlickerAnalysis
-    EarthquakeGeneration = _native.CalculationType_EarthquakeGeneration
-    ModelLinearisation = _native.CalculationType_ModelLinearisation
-    ExtremeLoadExtrapolation = _native.CalculationType_ExtremeLoadExtrapolation
-    ElectricalPerformance = _native.CalculationType_ElectricalPerformance
-    SeaState = _native.CalculationType_SeaState
-    MooringStiffness = _native.CalculationType_MooringStiffness
-    UserDefined = _native.CalculationType_UserDefined
-
-
-class CompletionState(IntEnum):
-    """How a run ended.
-
-    The negative values other than ``Unknown`` are filters for searches.
-    """
-
-    AllCompletionStates = _native.CompletionState_AllCompletionStates
-    UnsuccessfulRunsOnly = _native.CompletionState_UnsuccessfulRunsOnly
-    Unknown = _native.CompletionState_Unknown
-    InProgress = _native.CompletionState_InProgress
-    CompletedNormally = _native.CompletionState_CompletedNormally
-    Terminated = _native.CompletionState_Terminated
-    Errored = _native.CompletionState_Errored
-    Aborted = _native.CompletionState_Aborted
 
 
 class IndependentVariableId(IntEnum):

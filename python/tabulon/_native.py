@@ -1,0 +1,238 @@
+"""The road to the native readers, which keep no state; their errors become those of the package."""
+
+from __future__ import annotations
+
+from collections.abc import Sequence
+from typing import Any, NamedTuple
+
+import numpy as np
+from numpy.typing import NDArray
+
+from tabulon import _tables
+from tabulon._errors import DataError, RunNotFoundError, TabulonError
+from tabulon._tables import (
+    LABEL_AXIS,
+    VALUE_AXIS,
+    AxisInfo,
+    GroupTable,
+    Reduction,
+    RunRecord,
+    VariableInfo,
+)
+from tabulon._vocabulary import CalculationType, CompletionState
+
+__all__ = [
+    "LABEL_AXIS",
+    "VALUE_AXIS",
+    "AxisInfo",
+    "Figures",
+    "GroupTable",
+    "Rows",
+    "RunRecord",
+    "VariableInfo",
+    "calculation_of_extensions",
+    "calculation_of_header",
+    "completion_state",
+    "find_run",
+    "is_torn",
+    "open_table",
+    "quantity_of_unit",
+    "read",
+    "read_into",
+    "reduce",
+    "rows_of",
+    "stored_figures",
+    "unit_of",
+]
+
+# What the reader says of data that ends before the rows that are asked for.
+_ROWS_ARE_MISSING = 25
+
+# Calculations that leave no header, by the extension of a file that they do leave.
+_CALCULATION_OF_EXTENSION = {
+    ".$mx": CalculationType.UltimateLoadsAnalysis,
+    ".$fp": CalculationType.ExtremeLoadExtrapolation,
+    ".sea": CalculationType.SeaState,
+}
+
+
+class Rows(NamedTuple):
+    """How many rows a group should have, and how many whole ones its data file holds."""
+
+    expected: int
+    """What the header says; 0 where it leaves it open."""
+    found: int
+    """Whole rows that are there; 0 without a data file."""
+
+
+class Figures(NamedTuple):
+    """Figures of columns: arrays with one element a column."""
+
+    min: NDArray[np.float64]
+    max: NDArray[np.float64]
+    mean: NDArray[np.float64]
+
+
+def find_run(path: str) -> RunRecord | None:
+    """Return the files of a run, from its path with or without an extension; None if no run."""
+    try:
+        return _tables.find_run(path)
+    except _tables.TableError as error:
+        raise RunNotFoundError(str(error), code=error.code, path=error.path or path) from None
+
+
+def open_table(path: str) -> GroupTable:
+    """Return a group by its header.
+
+    Raises
+    ------
+    DataError
+        If the header is missing or damaged.
+    """
+    try:
+        return GroupTable.open(path)
+    except _tables.TableError as error:
+        raise _damaged(error, path) from None
+
+
+def completion_state(path: str) -> CompletionState:
+    """Return what a termination file tells of how its run ended."""
+    try:
+        return CompletionState(_tables.completion_state(path))
+    except _tables.TableError as error:
+        raise _damaged(error, path) from None
+
+
+def calculation_of_header(path: str) -> CalculationType:
+    """Return the calculation that a header names, which is read no further; Unknown if damaged."""
+    try:
+        return CalculationType(_tables.calculation_of_header(path))
+    except _tables.TableError:
+        return CalculationType.Unknown
+
+
+def calculation_of_extensions(extensions: Sequence[str]) -> CalculationType:
+    """Return the calculation that files without a header tell of."""
+    for extension in extensions:
+        if extension.lower() in _CALCULATION_OF_EXTENSION:
+            return _CALCULATION_OF_EXTENSION[extension.lower()]
+    return CalculationType.Unknown
+
+
+def quantity_of_unit(unit: str) -> str:
+    """Return the quantity code of a unit as the library spells it; empty if it is not known."""
+    return _tables.quantity_of_unit(unit)
+
+
+def unit_of(quantity: str) -> str:
+    """Return the unit of the library for a quantity code, with real superscripts; may be empty."""
+    return _tables.unit_of_quantity(quantity)
+
+
+def rows_of(table: GroupTable) -> Rows:
+    """Return how many rows there are. Text is read once through for it."""
+    if table.data_size() is None:
+        return Rows(table.dimensions[-1], 0)
+    try:
+        rows = table.rows()
+    except _tables.TableError as error:
+        raise _damaged(error, table.data_path) from None
+    return Rows(rows.expected, rows.found)
+
+
+def is_torn(table: GroupTable) -> bool:
+    """Return whether something stands behind the last whole row."""
+    try:
+        return table.rows().torn
+    except _tables.TableError as error:
+        raise _damaged(error, table.data_path) from None
+
+
+def read(
+    table: GroupTable,
+    variables: Sequence[int],
+    secondary: Sequence[int] | None = None,
+    first: int = 0,
+    count: int | None = None,
+    step: int = 1,
+) -> NDArray[Any]:
+    """Return values as the file has them.
+
+    Parameters
+    ----------
+    table
+        The group.
+    variables
+        Places of variables.
+    secondary
+        Places of secondary values; all if None.
+    first, count, step
+        The rows; up to what the header expects if `count` is None.
+
+    Returns
+    -------
+    numpy.ndarray
+        Shape ``(len(variables) * secondary values, rows)``.
+
+    Raises
+    ------
+    DataError
+        If the data file is missing, damaged, or ends too early.
+    """
+    selection = _tables.Selection(variables, secondary, first, count, step)
+    try:
+        return table.read(selection, table.dtype)  # type: ignore[call-overload, no-any-return]
+    except _tables.TableError as error:
+        raise _unread(table, error) from None
+
+
+def read_into(
+    table: GroupTable, variables: Sequence[int], count: int | None, out: NDArray[Any]
+) -> None:
+    """Fill an array of shape ``(columns, rows)`` and the table's dtype; errors as of `read`."""
+    try:
+        table.read_into(_tables.Selection(variables, None, 0, count), out)
+    except _tables.TableError as error:
+        raise _unread(table, error) from None
+
+
+def reduce(table: GroupTable, variables: Sequence[int], count: int | None = None) -> Reduction:
+    """Return figures of whole columns, read once and not kept; errors as of `read`."""
+    try:
+        return table.reduce(_tables.Selection(variables, None, 0, count))
+    except _tables.TableError as error:
+        raise _unread(table, error) from None
+
+
+def stored_figures(table: GroupTable, variables: Sequence[int]) -> Figures | None:
+    """Return the figures of the header, if it has them; a row for each variable.
+
+    Raises
+    ------
+    DataError
+        If they are damaged.
+    """
+    if not table.has_figures:
+        return None
+    try:
+        stored = table.stored_figures(variables)
+    except _tables.TableError as error:
+        raise _damaged(error, table.path) from None
+    return None if stored is None else Figures(stored.minimum, stored.maximum, stored.mean)
+
+
+def _damaged(error: _tables.TableError, path: str) -> TabulonError:
+    return DataError(str(error), code=error.code, path=error.path or path)
+
+
+def _unread(table: GroupTable, error: _tables.TableError) -> TabulonError:
+    """Return the error for data that could not be read; of rows that are missing, how many."""
+    if error.code != _ROWS_ARE_MISSING or table.data_size() is None:
+        return _damaged(error, table.data_path)
+    rows = rows_of(table)
+    return DataError(
+        f"group {table.name!r} has {rows.found} rows of {rows.expected} in {table.data_path};"
+        " partial=True of open_run reads what is there",
+        code=error.code,
+        path=table.data_path,
+    )
