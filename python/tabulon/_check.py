@@ -85,8 +85,8 @@ def _problems_of_figures(table: _native.GroupTable) -> Iterator[Problem]:
 def _differ(
     header: NDArray[np.float64], computed: NDArray[np.float64], size: NDArray[np.float64]
 ) -> NDArray[np.bool_]:
-    """Return where figures differ; nothing is told where the data has no finite value."""
+    """Return where figures differ; not where the header has none, or the data no finite value."""
     with np.errstate(invalid="ignore"):
         differ = ~(np.abs(header - computed) <= _TOLERANCE * size)
-    told: NDArray[np.bool_] = differ & np.isfinite(computed)
+    told: NDArray[np.bool_] = differ & ~np.isnan(header) & np.isfinite(computed)
     return told

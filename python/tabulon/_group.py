@@ -297,16 +297,22 @@ class Group(Mapping[str, "Variable"]):
     def _figures_of(self, place: int, name: str, stored: bool) -> dict[str, NDArray[np.float64]]:
         header = _native.stored_figures(self._table, [place]) if stored else None
         found = {} if header is None else {n: f[0] for n, f in header._asdict().items()}
-        if name not in found:
-            data = _native.reduce(self._table, [place], self._count())
-            computed = {
-                "min": data.minimum,
-                "max": data.maximum,
-                "mean": data.mean,
-                "std": data.deviation,
-            }
-            found = {**computed, **found}
-        return found
+        if name in found and not np.isnan(found[name]).any():
+            return found
+        data = _native.reduce(self._table, [place], self._count())
+        computed = {
+            "min": data.minimum,
+            "max": data.maximum,
+            "mean": data.mean,
+            "std": data.deviation,
+        }
+        # a header may have figures for the first secondary values only; NaN stands for the others
+        return {
+            other: np.where(np.isnan(found[other]), figure, found[other])
+            if other in found
+            else figure
+            for other, figure in computed.items()
+        }
 
 
 class Variable:

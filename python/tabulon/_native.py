@@ -36,7 +36,6 @@ __all__ = [
     "find_run",
     "is_torn",
     "open_table",
-    "quantity_of_unit",
     "read",
     "read_into",
     "reduce",
@@ -47,13 +46,7 @@ __all__ = [
 
 # What the reader says of data that ends before the rows that are asked for.
 _ROWS_ARE_MISSING = 25
-
-# Calculations that leave no header, by the extension of a file that they do leave.
-_CALCULATION_OF_EXTENSION = {
-    ".$mx": CalculationType.UltimateLoadsAnalysis,
-    ".$fp": CalculationType.ExtremeLoadExtrapolation,
-    ".sea": CalculationType.SeaState,
-}
+_NO_DIRECTORY = 139
 
 
 class Rows(NamedTuple):
@@ -78,6 +71,8 @@ def find_run(path: str) -> RunRecord | None:
     try:
         return _tables.find_run(path)
     except _tables.TableError as error:
+        if error.code == _NO_DIRECTORY:
+            return None
         raise RunNotFoundError(str(error), code=error.code, path=error.path or path) from None
 
 
@@ -113,15 +108,10 @@ def calculation_of_header(path: str) -> CalculationType:
 
 def calculation_of_extensions(extensions: Sequence[str]) -> CalculationType:
     """Return the calculation that files without a header tell of."""
-    for extension in extensions:
-        if extension.lower() in _CALCULATION_OF_EXTENSION:
-            return _CALCULATION_OF_EXTENSION[extension.lower()]
-    return CalculationType.Unknown
-
-
-def quantity_of_unit(unit: str) -> str:
-    """Return the quantity code of a unit as the library spells it; empty if it is not known."""
-    return _tables.quantity_of_unit(unit)
+    kinds = (CalculationType(_tables.calculation_of_extension(one)) for one in extensions)
+    return next(
+        (kind for kind in kinds if kind != CalculationType.Unknown), CalculationType.Unknown
+    )
 
 
 def unit_of(quantity: str) -> str:
@@ -181,7 +171,7 @@ def read(
     """
     selection = _tables.Selection(variables, secondary, first, count, step)
     try:
-        return table.read(selection, table.dtype)  # type: ignore[call-overload, no-any-return]
+        return table.read(selection, table.dtype)
     except _tables.TableError as error:
         raise _unread(table, error) from None
 

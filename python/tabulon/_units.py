@@ -13,7 +13,7 @@ from numpy.typing import NDArray
 from tabulon._errors import DataError
 from tabulon._optional import require
 
-__all__ = ["Conversion", "conversion", "quantity_of", "readable", "spelled"]
+__all__ = ["CODES", "Conversion", "conversion", "quantity_of", "readable", "spelled"]
 
 # A quantity code is a product of letters, over another one: "FLT/A" is N m s/rad.
 _LETTERS = {
@@ -33,7 +33,7 @@ _SPELLED = {"PT": _ENERGY, "VI": _APPARENT_POWER}
 _WITHOUT_UNIT = frozenset({"", "N", ".", "SPARE", "Unitless", "Unquantifiable", "1"})
 
 # What can be written: the codes that the library knows, in the order in which they are tried.
-_CODES = (
+CODES = (
     *("L", "L/T", "A", "A/T", "M", "M/L", "MLL", "F", "FL", "F/L", "FL/A", "FLT/A", "FLL"),
     *("FLTT/AA", "T", "1/T", "P", "PT", "A/P", "A/PT", "A/PTT", "M/LLL", "M/LT", "L/TT", "N"),
     *("FL/L", "LLL", "F/LL", "LLL/A", "Q", "I", "V", "VI", "A/TT"),
@@ -115,11 +115,11 @@ def quantity_of(unit: str) -> str:
     DataError
         If the unit is not known, or the files have no quantity of its dimension.
     """
-    codes = {spelled(code): code for code in reversed(_CODES)}
+    codes = {spelled(code): code for code in reversed(CODES)}
     if unit in codes:
         return codes[unit]
     base, names = _in_base_units(unit)
-    found = [code for code in _CODES if _in_base_units(spelled(code))[0] == base]
+    found = [code for code in CODES if _in_base_units(spelled(code))[0] == base]
     if not found:
         raise DataError(f"the files have no quantity for unit {unit!r}")
     return max(found, key=lambda code: len(names & (_IN_USE.get(code) or _names_in(code))))

@@ -6,6 +6,7 @@ import os
 import tempfile
 from collections.abc import Mapping
 from contextlib import suppress
+from functools import lru_cache
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
 
@@ -16,7 +17,7 @@ from tabulon import _native
 from tabulon._axes import interval_values
 from tabulon._errors import DataError, TabulonError
 from tabulon._tabular import Column, Tabular, tabular
-from tabulon._units import conversion, quantity_of, readable, spelled
+from tabulon._units import CODES, conversion, quantity_of, readable, spelled
 
 if TYPE_CHECKING:
     import pandas as pd
@@ -108,7 +109,7 @@ def _converted(column: Column) -> tuple[str, NDArray[Any]]:
         raise DataError(f"{column.name!r} has values of {values.dtype}, not numbers")
     unit = readable(column.unit)
     code = _quantity(unit)
-    if unit == spelled(code) or _native.quantity_of_unit(column.unit):
+    if unit == spelled(code) or column.unit in _library_units():
         return code, values
     found = conversion(unit, spelled(code))
     return code, found.of(values.astype(np.float64), np.dtype(np.float64))
@@ -118,7 +119,13 @@ def _quantity(unit: str) -> str:
     """Return the quantity code of a unit, spelled as the library does or as pint reads it."""
     if not unit.strip():
         raise DataError("a unit is empty; write '1' for none")
-    return _native.quantity_of_unit(unit) or quantity_of(unit)
+    return _library_units().get(unit) or quantity_of(unit)
+
+
+@lru_cache(maxsize=1)
+def _library_units() -> dict[str, str]:
+    """Return quantity codes by the unit as the library spells it."""
+    return {_native.unit_of(code): code for code in reversed(CODES)}
 
 
 def _of_type(name: str, values: NDArray[Any], dtype: np.dtype[Any]) -> NDArray[Any]:

@@ -18,6 +18,8 @@ def module_of(path: Path) -> str:
 
 
 SOURCES = {module_of(path): path for path in PACKAGE.rglob("*.py")}
+#: Those that are built have a stub.
+MODULES = SOURCES.keys() | {module_of(path) for path in PACKAGE.rglob("*.pyi")}
 
 
 def imported_by(module: str) -> set[str]:
@@ -32,10 +34,28 @@ def imported_by(module: str) -> set[str]:
             source = resolve_name("." * node.level + (node.module or ""), package)
             # a name of a package is a module of it, or what the package itself has
             names = {f"{source}.{alias.name}" for alias in node.names}
-            found |= names & SOURCES.keys() or {source}
-    return found & SOURCES.keys() - {module}
+            found |= names & MODULES or {source}
+    return found & MODULES - {module}
 
 
 def test_modules_import_in_no_circle() -> None:
     assert {"tabulon", "tabulon.api._run", "tabulon.api._variables"} <= SOURCES.keys()
     TopologicalSorter({module: imported_by(module) for module in SOURCES}).prepare()
+
+
+def importers_of(*modules: str) -> set[str]:
+    return {source for source in SOURCES if imported_by(source) & set(modules)}
+
+
+def test_one_module_knows_the_native_readers() -> None:
+    assert importers_of("tabulon._tables") == {"tabulon._native"}
+
+
+def test_exporters_know_none_of_the_nouns() -> None:
+    nouns = importers_of("tabulon._group", "tabulon._run")
+    assert not {name for name in nouns if name.startswith(("tabulon._export", "tabulon._html"))}
+
+
+def test_both_roads_meet_where_groups_are_written() -> None:
+    outside = {name for name in importers_of("tabulon.api") if not name.startswith("tabulon.api")}
+    assert outside == {"tabulon", "tabulon._write"}

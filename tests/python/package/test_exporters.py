@@ -174,6 +174,9 @@ class TestEngine:
     """The engine of xarray."""
 
     xr = pytest.importorskip("xarray")
+    pytestmark = pytest.mark.skipif(
+        "tabulon" not in xr.backends.list_engines(), reason="the package is not installed"
+    )
 
     def test_a_termination_file_with_a_group(self, run: tb.Run) -> None:
         dataset = self.xr.open_dataset(run, engine="tabulon", group="Blade loads")

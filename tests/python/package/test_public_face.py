@@ -34,7 +34,7 @@ class EveryExample(doctest.DocTestFinder):
     """Finds examples where the things say that they are, whatever file they are written in."""
 
     def _from_module(self, module: ModuleType | None, thing: object) -> bool:
-        in_class = "." in getattr(thing, "__qualname__", "")
+        in_class = "." in (getattr(thing, "__qualname__", None) or "")
         named = getattr(thing, "__module__", None)
         return in_class or not named or (module is not None and named == module.__name__)
 
