@@ -14,10 +14,7 @@ constexpr std::size_t kLargePage = std::size_t{2} << 20;
 constexpr std::size_t kLargeBlock =
     2 * kLargePage;  // from here on large pages are worth asking for
 
-std::size_t PageSize() {
-  static const auto size = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  return size;
-}
+std::size_t PageSize() { return static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)); }
 
 std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
 
@@ -39,32 +36,44 @@ char* MapAligned(std::size_t size) {
   return pages + before;
 }
 
-/// The last large block that was given up, for the next one who wants such a block.
+/// The last large block that a thread gave up, for when it wants such a block again.
 ///
 /// Making pages costs more than filling them, and a script that goes from run to run asks for the
 /// same again. The system may take the pages of the spare block whenever it wants memory.
 struct SpareBlock {
   char* pages = nullptr;
   std::size_t size = 0;
+
+  ~SpareBlock();
 };
 constexpr std::size_t kMostSpare = std::size_t{512} << 20;
-SpareBlock spare;  // as all of the library, for one thread at a time
+thread_local SpareBlock spare;
+thread_local bool spareIsGone =
+    false;  // at the end of the thread: what is given up then goes at once
+
+SpareBlock::~SpareBlock() {
+  spareIsGone = true;
+  if (pages != nullptr) ::munmap(pages, size);
+}
 
 /// The spare block if it serves for `size` bytes without wasting as much again; `size` becomes its
 /// own.
 char* TakeSpare(std::size_t& size) {
-  if (spare.pages == nullptr || spare.size < size || spare.size / 2 > size) return nullptr;
+  if (spareIsGone || spare.pages == nullptr || spare.size < size || spare.size / 2 > size)
+    return nullptr;
   size = spare.size;
-  return std::exchange(spare, {}).pages;
+  return std::exchange(spare.pages, nullptr);
 }
 
 /// Keeps a block as the spare one. \return false if it is to be unmapped.
 bool KeepSpare(char* pages, std::size_t size) {
 #ifdef MADV_FREE
-  if (size < kLargeBlock || size > kMostSpare || ::madvise(pages, size, MADV_FREE) != 0)
+  if (spareIsGone || size < kLargeBlock || size > kMostSpare ||
+      ::madvise(pages, size, MADV_FREE) != 0)
     return false;
   if (spare.pages != nullptr) ::munmap(spare.pages, spare.size);
-  spare = {pages, size};
+  spare.pages = pages;
+  spare.size = size;
   return true;
 #else
   return false;
