@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <unordered_map>
 
 namespace SumaraApi {
 namespace {
@@ -111,13 +110,10 @@ bool IsOneOf(CalculationType type, const CalculationType (&types)[N]) {
 }  // namespace
 
 CalculationType CalculationTypeOf(std::string_view shortName) {
-  static const auto types = [] {
-    std::unordered_map<std::string_view, CalculationType> map;
-    for (const ShortName& name : kShortNames) map.emplace(name.text, name.type);
-    return map;
-  }();
-  const auto found = types.find(shortName);
-  return found == types.end() ? Unknown : found->second;
+  const auto* const found =
+      std::find_if(kShortNames.begin(), kShortNames.end(),
+                   [&](const ShortName& name) { return name.text == shortName; });
+  return found == kShortNames.end() ? Unknown : found->type;
 }
 
 std::string DescriptiveNameOf(CalculationType type) {
