@@ -25,7 +25,7 @@ std::uint64_t SizeOf(const std::string& path) {
 }
 
 Rows CountTextRows(const HeaderContents& contents, const StopQuestion& stop) {
-  TextRows<float> lines(contents, {});
+  TextRows<double> lines(contents, {});  // the type that takes most numbers
   Rows rows;
   lines.Restart();
   bool fresh = true;
