@@ -13,11 +13,11 @@ namespace Tabulon {
 /// one variable in the order of `secondary`.
 struct Selection {
   std::vector<std::size_t> variables;  ///< positions in the header
-  std::optional<std::vector<std::size_t>>
-      secondary;            ///< positions on the secondary axis; none: all
+  /// Positions on the secondary axis; none: all.
+  std::optional<std::vector<std::size_t>> secondary = {};
   std::uint64_t first = 0;  ///< row of the file
   /// None: up to the last row that the header expects, or that is there if it expects none.
-  std::optional<std::uint64_t> count;
+  std::optional<std::uint64_t> count = {};
   std::uint64_t step = 1;  ///< rows from one wanted row to the next
 };
 
