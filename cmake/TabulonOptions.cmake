@@ -23,6 +23,13 @@ if(CMAKE_CXX_BYTE_ORDER STREQUAL "BIG_ENDIAN")
   message(FATAL_ERROR "Data files are little-endian: a big-endian host is not supported.")
 endif()
 
+# A product is rounded before something is added to it, also where the processor could do both in
+# one operation: values are the same on every machine. (MSVC does so by itself.)
+add_library(tabulon_arithmetic INTERFACE)
+if(NOT MSVC)
+  target_compile_options(tabulon_arithmetic INTERFACE -ffp-contract=off)
+endif()
+
 set(TABULON_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 option(TABULON_COVERAGE "Build with counters for gcov" OFF)
 option(TABULON_WERROR "Treat warnings as errors" OFF)

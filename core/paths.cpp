@@ -1,7 +1,6 @@
 #include "core/paths.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include "core/file.h"
 #include "core/paths_platform.h"
 #include "core/text.h"
+#include "core/time_text.h"
 
 namespace Sumara {
 namespace {
@@ -110,11 +110,10 @@ std::string LastWriteTimeText(const std::string& path) {
     throw CIOException(5022, FileContext(path), "Attempting to get last modified time");
   }
   std::tm local{};
-  std::array<char, 64> text;
   if (!Platform::LocalTime(LastWrite(path).seconds, local)) {
     throw std::filesystem::filesystem_error(kLastWriteWord, path, SystemError(EOVERFLOW));
   }
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local)};
+  return TimeText(local);
 }
 
 std::string ReadWholeFile(const std::string& path, const std::string& context, bool trim) {

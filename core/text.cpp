@@ -98,8 +98,9 @@ bool IsValidName(std::string_view text) {
 }
 
 void StripQuotes(std::string& text) {
-  if (text.size() > 1 && IsQuoteMark(text.back())) text.pop_back();
   if (!text.empty() && IsQuoteMark(text.front())) text.erase(0, 1);
+  if (text.size() > 1 && IsQuoteMark(text.back())) text.pop_back();
+  if (text.size() == 1 && IsQuoteMark(text.front())) text.clear();  // all that is left of '''
 }
 
 void TrimTrailing(std::string& text) {

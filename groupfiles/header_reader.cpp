@@ -138,7 +138,11 @@ HeaderTop CHeaderReader::ReadTop() {
 
 std::uint64_t CHeaderReader::ReadHeaderRecordCount() {
   std::string value;
-  if (!SeekLabel("HEADREC", value, kNextLineIfThere)) return 0;
+  try {
+    if (!SeekLabel("HEADREC", value, kNextLineIfThere)) return 0;
+  } catch (const CExceptionBase&) {
+    return 0;  // the field behind tells what is wrong with the line
+  }
   std::string_view text = value;
   return TakeCount(text).value_or(0);
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "groupfiles/interval_value.h"
+
 namespace Sumara {
 
 class IGroup;
@@ -94,9 +96,7 @@ class CIntervalAxis final : public CAxisBase {
   void BelongTo(IGroup* group) override { SetGroup(group); }
 
  private:
-  double ValueAt(std::uint64_t index) const {
-    return static_cast<double>(index) * m_step + m_minimum;
-  }
+  double ValueAt(std::uint64_t index) const { return IntervalValue(m_minimum, m_step, index); }
   std::uint64_t CountForCache() const;
 
   double m_minimum;

@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "core/exceptions.h"
+#include "core/time_text.h"
 #include "tests/support/message_of.h"
 
 namespace {
@@ -139,11 +140,28 @@ TEST(AppendCollapsedTest, RunsOfWhiteSpaceBecomeOneBlank) {
 
 TEST(StripQuotesTest, BothMarksCountAndNeedNotMatch) {
   const std::vector<std::pair<std::string, std::string>> table = {
-      {"", ""},         {"'", ""},      {"\"", ""},      {"''", ""},   {"'a'", "a"},
-      {"'a\"", "a"},    {"\"a'", "a"},  {"'a", "a"},     {"a'", "a"},  {"a", "a"},
-      {"''a''", "'a'"}, {"a'b", "a'b"}, {" 'a'", " 'a"}, {"'''", "'"},
+      {"", ""},        {"'", ""},   {"\"", ""},     {"''", ""},   {"'a'", "a"},     {"'a\"", "a"},
+      {"\"a'", "a"},   {"'a", "a"}, {"a'", "a"},    {"a", "a"},   {"''a''", "'a'"}, {"a'b", "a'b"},
+      {" 'a'", " 'a"}, {"'''", ""}, {"''''", "''"}, {"'\"'", ""}, {"'a''", "a'"},
   };
   for (const auto& [text, stripped] : table) EXPECT_EQ(Stripped(text), stripped) << text;
+}
+
+TEST(TimeTextTest, FieldsHaveTheirDigitsWhateverTheYear) {
+  const auto textOf = [](int year) {
+    std::tm time{};
+    time.tm_year = year - 1900;
+    time.tm_mon = 2;
+    time.tm_mday = 1;
+    time.tm_hour = 9;
+    time.tm_min = 5;
+    time.tm_sec = 7;
+    return Sumara::TimeText(time);
+  };
+  EXPECT_EQ(textOf(2024), "2024-03-01 09:05:07");
+  EXPECT_EQ(textOf(999), "0999-03-01 09:05:07");
+  EXPECT_EQ(textOf(7), "0007-03-01 09:05:07");
+  EXPECT_EQ(textOf(12024), "12024-03-01 09:05:07");
 }
 
 TEST(TrimTrailingTest, CutsBlanksTabsAndLineEndsOnly) {

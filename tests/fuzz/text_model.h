@@ -55,6 +55,7 @@ inline std::string StripQuotesByModel(std::string_view text) {
   const bool cutsLast = text.size() > 1 && isMark(text.back());
   if (cutsLast) text.remove_suffix(1);
   if (cutsFirst) text.remove_prefix(1);
+  if (text.size() == 1 && isMark(text.front())) return {};
   return std::string(text);
 }
 
