@@ -55,6 +55,14 @@ std::shared_ptr<IGroup> MakeGroup(GroupDescription description, std::uint32_t da
       []() -> std::shared_ptr<IGroup> { throw CException(65); });
 }
 
+/// Passes over the fields in front of the statistics.
+HeaderTop PassToStatistics(CHeaderReader& header) {
+  HeaderTop top = header.ReadTop();
+  for (std::uint32_t i = 0; i < top.axisCount; ++i) header.ReadAxis(top, i + 1);
+  header.ReadNamedParameters();
+  return top;
+}
+
 }  // namespace
 
 std::shared_ptr<IGroup> LoadGroup(
@@ -93,9 +101,11 @@ std::shared_ptr<IGroup> LoadGroup(
 void LoadStoredStatistics(const std::string& path, IGroup& group) {
   CHeaderReader header(path);
   header.Start();
-  const HeaderTop top = header.ReadTop();
-  for (std::uint32_t i = 0; i < top.axisCount; ++i) header.ReadAxis(top, i + 1);
-  header.ReadNamedParameters();
+  PassToStatistics(header);
+  // A header that was rewritten since with other variables, or with these in another order, would
+  // give each of them the figures of another.
+  if (header.ReadVariables().names != group.GetSeriesNames()) return;
+  const HeaderTop top = PassToStatistics(header);
   group.ReadStoredStatistics(header, top.dimensions.front());
 }
 

@@ -19,6 +19,7 @@ std::shared_ptr<IGroup> LoadGroup(const std::string& path, PreviewMode previewMo
                                   const std::function<void(const std::shared_ptr<IGroup>&)>& enter);
 
 /// Reads the statistics blocks of the header at `path` into a group that was loaded without them.
+/// The group gets none if the header now has other variables, or has them in another order.
 void LoadStoredStatistics(const std::string& path, IGroup& group);
 
 }  // namespace Sumara

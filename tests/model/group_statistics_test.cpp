@@ -271,6 +271,25 @@ TEST_F(StoredStatisticsTest, FullGroupReadsItsBlocksOnDemand) {
   EXPECT_EQ(StatisticsOf(group).GetMeans(0, true), m_storedMeans);
 }
 
+TEST_F(StoredStatisticsTest, BlocksOfAHeaderThatNowHasOtherVariablesAreNotTaken) {
+  for (const char* names : {"'My' 'Mx'", "'Mx' 'Mz'", "'Mx' 'my'"}) {
+    WriteOneAxisWithBlock();
+    m_control.RemoveGroup(Header(), PreviewMode::kWithStatistics, false);
+    Get(PreviewMode::kWithoutStatistics);
+    WriteHeader(HeaderText::OneAxis().With("VARIAB", names).Append(StatisticsBlock()));
+    const GroupPtr preview = Get(PreviewMode::kWithStatistics);
+    EXPECT_EQ(MessageOf([&] { StatisticsOf(preview).GetMeans(0, true); }), NoStats()) << names;
+  }
+}
+
+TEST_F(StoredStatisticsTest, DataAnswersWhereBlocksAreNotTaken) {
+  WriteOneAxisWithBlock();
+  const GroupPtr group = Load({"My"});
+  WriteHeader(HeaderText::OneAxis().With("VARIAB", "'My' 'Mx'").Append(StatisticsBlock()));
+  m_control.EnsureStoredStatistics(group);
+  EXPECT_EQ(StatisticsOf(group).GetMeans(0, true), (std::vector<double>{3, 0}));
+}
+
 TEST_F(StoredStatisticsTest, BlocksAreNotReadWhereTheDataAnswers) {
   WriteOneAxisWithBlock();
   const GroupPtr group = Load({"Mx", "My"});
