@@ -15,6 +15,7 @@ told of a file is what stands there. The library word for word is ``tabulon.api`
 from importlib import import_module
 from typing import TYPE_CHECKING
 
+from tabulon._campaign import Campaign, Unreadable, open_campaign
 from tabulon._errors import (
     AmbiguousNameError,
     DataError,
@@ -24,6 +25,7 @@ from tabulon._errors import (
 )
 from tabulon._group import Group, Variable
 from tabulon._native import Rows
+from tabulon._results import Results
 from tabulon._run import Run, open_run
 from tabulon._sample import sample
 from tabulon._shapes import Axis, Problem
@@ -38,18 +40,22 @@ __all__ = [
     "AmbiguousNameError",
     "Axis",
     "CalculationType",
+    "Campaign",
     "CompletionState",
     "DataError",
     "Group",
     "NameNotFoundError",
     "Problem",
+    "Results",
     "Rows",
     "Run",
     "RunNotFoundError",
     "TabulonError",
+    "Unreadable",
     "Variable",
     "__version__",
     "api",
+    "open_campaign",
     "open_run",
     "sample",
 ]

@@ -28,6 +28,7 @@ __all__ = [
     "Figures",
     "GroupTable",
     "Rows",
+    "RunFiles",
     "RunRecord",
     "VariableInfo",
     "calculation_of_extensions",
@@ -35,6 +36,7 @@ __all__ = [
     "completion_state",
     "find_run",
     "is_torn",
+    "list_runs",
     "open_table",
     "read",
     "read_into",
@@ -64,6 +66,55 @@ class Figures(NamedTuple):
     min: NDArray[np.float64]
     max: NDArray[np.float64]
     mean: NDArray[np.float64]
+
+
+class HeaderName(NamedTuple):
+    """A header, by its file name and its number."""
+
+    name: str
+    number: int
+
+
+class RunFiles(NamedTuple):
+    """The files of a run as plain values, which go to other processes; else as `RunRecord`."""
+
+    path: str
+    directory: str
+    name: str
+    termination: str
+    messages: str | None
+    verification: str | None
+    headers: tuple[HeaderName, ...]
+    extensions: tuple[str, ...]
+
+    @classmethod
+    def of(cls, record: RunRecord) -> RunFiles:
+        """Return the files that a record tells of."""
+        return cls(
+            record.path,
+            record.directory,
+            record.name,
+            record.termination,
+            record.messages,
+            record.verification,
+            tuple(HeaderName(header.name, header.number) for header in record.headers),
+            tuple(record.extensions),
+        )
+
+
+def list_runs(root: str, recursive: bool) -> tuple[list[RunRecord], list[_tables.Unreadable]]:
+    """Return the runs below a directory in natural order, and the directories that failed.
+
+    Raises
+    ------
+    RunNotFoundError
+        If there is no such directory.
+    """
+    try:
+        listed = _tables.list_runs(root, recursive)
+    except _tables.TableError as error:
+        raise RunNotFoundError(f"no directory {root!r}", code=error.code, path=root) from None
+    return listed.runs, listed.unreadable
 
 
 def find_run(path: str) -> RunRecord | None:

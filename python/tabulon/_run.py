@@ -28,7 +28,7 @@ if TYPE_CHECKING:
     import pandas as pd
     import xarray as xr
 
-__all__ = ["Groups", "Run", "open_run"]
+__all__ = ["Groups", "Run", "StrPath", "VariableName", "open_run", "run_of_files"]
 
 StrPath: TypeAlias = "str | os.PathLike[str]"
 VariableName: TypeAlias = "str | tuple[str | int, str]"
@@ -121,7 +121,7 @@ class Run:
     True
     """
 
-    __slots__ = ("__weakref__", "_contents", "_partial", "_path")
+    __slots__ = ("__weakref__", "_contents", "_files", "_partial", "_path")
 
     # Is it over groups, variables or names? So neither.
     __iter__: ClassVar[None] = None
@@ -130,6 +130,7 @@ class Run:
         self._path = os.path.abspath(os.fspath(path))  # noqa: PTH100 - keeps symbolic links
         self._partial = partial
         self._contents: _Contents | None = None
+        self._files: _native.RunRecord | _native.RunFiles | None = None
 
     @property
     def name(self) -> str:
@@ -411,6 +412,7 @@ class Run:
         """
         from tabulon._write import write_group
 
+        self._files = None
         present = _native.find_run(self._path)
         contents = None if present is None else self._fresh()
         number, replaced = _number_for(name, contents, overwrite)
@@ -478,7 +480,9 @@ class Run:
             return "tabulon.Run", self._path, self._partial
         return "tabulon.Run", self._path, self._partial, status.st_mtime_ns, status.st_size
 
-    def _record(self) -> _native.RunRecord:
+    def _record(self) -> _native.RunRecord | _native.RunFiles:
+        if self._files is not None:
+            return self._files
         found = _native.find_run(self._path)
         if found is None:
             raise RunNotFoundError(f"no run {self._path!r}", path=self._path)
@@ -661,3 +665,10 @@ def _moment(time: datetime | None) -> str:
 
 def _run_of(path: str, partial: bool) -> Run:
     return Run(path, partial=partial)
+
+
+def run_of_files(path: str, files: _native.RunRecord | _native.RunFiles | None) -> Run:
+    """Return a run whose files a listing has told, so that its directory is not listed again."""
+    run = Run(path)
+    run._files = files
+    return run
