@@ -91,12 +91,16 @@ void CReader<T, U>::FillBuffer() {
 }
 
 template <class T, class U>
-std::uint64_t CReader<T, U>::ReadWords(std::uint64_t first, std::span<T> block) {
-  if (first >= m_totalWordCount) return 0;
-  int error = 0;
-  const std::size_t size = m_stream.SystemFile().ReadAt(
-      first * sizeof(T), {reinterpret_cast<char*>(block.data()), block.size_bytes()}, error);
-  return size >> kWordShift<T>;
+Sumara::File CReader<T, U>::Suspend() {
+  Sumara::File file = std::move(m_stream.SystemFile());
+  m_stream.Close();
+  return file;
+}
+
+template <class T, class U>
+void CReader<T, U>::Resume(Sumara::File file) {
+  m_stream.SystemFile() = std::move(file);
+  m_length = m_stream.Size();
 }
 
 template <class T, class U>
@@ -137,7 +141,8 @@ void CReader<T, U>::SeekLine(std::uint64_t line) {
 template <class T, class U>
 bool CReader<T, U>::GoToLine(std::uint64_t line) {
   std::uint64_t position = 0;
-  if (m_uniform && Multiply(line, m_lineLength, position)) {
+  const bool countsLines = m_headerRecordCount > 1 && m_lineNumber < m_headerRecordCount;
+  if (m_uniform && !countsLines && Multiply(line, m_lineLength, position)) {
     // That lines are of one length was only concluded from the size of the file: the next line has
     // to stand here, and any other behind a line feed.
     const bool inStep = line != m_lineNumber || m_stream.Tell() == position;

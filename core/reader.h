@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,14 +39,20 @@ class CReader : public CIOBase {
   std::uint64_t TotalWordCount() const { return m_totalWordCount; }
   bool HasBuffer() const { return !m_buffer.Empty(); }
 
-  /// Reads words from `first` into `block`; fewer only at the end of the file or on an error.
-  std::uint64_t ReadWords(std::uint64_t first, std::span<T> block);
+  /// Gives the open file away. The reader is closed then; its words and its length stay.
+  Sumara::File Suspend();
+  /// Goes on with such a file, as if it were opened now.
+  void Resume(Sumara::File file);
 
   /// DIMENS of the header; the uniformity test needs it.
   void SetDimensions(std::vector<std::uint64_t> dimensions) {
     m_dimensions = std::move(dimensions);
   }
   const std::vector<std::uint64_t>& GetDimensions() const { return m_dimensions; }
+
+  /// HEADREC of the header. Two or more lines that are not data need not be as long as the data's
+  /// are, whatever the size of the file says: they are counted.
+  void SetHeaderRecordCount(std::uint64_t count) { m_headerRecordCount = count; }
 
   bool IsUniform() const { return m_uniform; }
   std::uint64_t GetLineLength() const { return m_lineLength; }
@@ -56,8 +61,9 @@ class CReader : public CIOBase {
   ///
   /// A uniform file is addressed by a seek, as long as a line feed stands before the place and the
   /// line behind the last one that was read stands there; where that is not so, the file is not
-  /// uniform after all. In any other file lines are read and dropped up to the place, from the
-  /// start if it lies behind. \throws CIOException 5008.
+  /// uniform after all. The first jump over several header records counts lines. In any other file
+  /// lines are read and dropped up to the place, from the start if it lies behind. \throws
+  /// CIOException 5008.
   void SeekLine(std::uint64_t line);
 
   /// The text of a line, without its line end. The view is good until the next read.
@@ -81,6 +87,7 @@ class CReader : public CIOBase {
   const T* m_words = nullptr;
   std::uint64_t m_totalWordCount = 0;
   std::uint64_t m_lineLength = 0;
+  std::uint64_t m_headerRecordCount = 0;
   bool m_uniform = false;
   std::vector<std::uint64_t> m_dimensions;
 };

@@ -21,6 +21,11 @@ std::uint64_t ProductOf(const std::vector<std::uint64_t>& dimensions) {
   return product;
 }
 
+std::vector<std::uint64_t> DataDimensions(std::vector<std::uint64_t> dimensions, std::size_t axes) {
+  if (axes == 1 && dimensions.size() > 2) dimensions = {dimensions.front(), dimensions.back()};
+  return dimensions;
+}
+
 DataLayout DataLayout::Of(const std::vector<std::uint64_t>& dimensions,
                           std::uint64_t headerRecords) {
   DataLayout layout;

@@ -18,7 +18,7 @@ struct DataLayout {
   bool twoAxes = false;
   std::uint64_t headerRecords = 0;  ///< lines of a text file that are not data
 
-  /// DIMENS of a header, with HEADREC.
+  /// DIMENS of a header as `DataDimensions` gives it, with HEADREC.
   static DataLayout Of(const std::vector<std::uint64_t>& dimensions, std::uint64_t headerRecords);
 
   /// Words from one point to the next; all ones if that is beyond 64 bits.
@@ -35,9 +35,15 @@ struct DataLayout {
   /// Points for which `words` words hold a value at `base`.
   std::uint64_t PointsWithin(std::uint64_t words, std::uint64_t base) const;
 
+  bool operator==(const DataLayout&) const = default;
+
   std::uint64_t LinesPerPoint() const { return twoAxes && variables != 1 ? secondary : 1; }
   std::uint64_t ValuesPerLine() const { return twoAxes && variables == 1 ? secondary : variables; }
 };
+
+/// DIMENS without the entries that a group of so many axes has no use for: NDIMENS alone says
+/// whether there are two, and the number of points is always the last.
+std::vector<std::uint64_t> DataDimensions(std::vector<std::uint64_t> dimensions, std::size_t axes);
 
 /// The product of all entries; all ones if it is beyond 64 bits.
 std::uint64_t ProductOf(const std::vector<std::uint64_t>& dimensions);
@@ -47,7 +53,7 @@ struct DataRequest {
   std::vector<std::size_t> variables;         ///< positions in VARIAB
   std::vector<std::size_t> secondaryIndices;  ///< {0} if there is one axis
   std::uint64_t points = 0;                   ///< 0 asks for all that the file holds
-  bool keepBuffer = true;  ///< false: the file is read in blocks and nothing is kept
+  bool keepBuffer = true;                     ///< false: nothing is kept for the next request
 };
 
 /// Where a read puts its values, and the words in which its failures speak of them.

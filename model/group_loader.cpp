@@ -5,6 +5,7 @@
 
 #include "core/paths.h"
 #include "core/text.h"
+#include "groupfiles/data_layout.h"
 #include "groupfiles/header_reader.h"
 #include "model/group1d.h"
 #include "model/group2d.h"
@@ -84,7 +85,7 @@ std::shared_ptr<IGroup> LoadGroup(
   group->SetSerialisedType(top.dataType);
   const bool isPreview = previewMode != PreviewMode::kFull;
   group->CreateReader(top.binary, /*skipOpen=*/isPreview, DirectoryOf(path) + top.dataFileName,
-                      top.dimensions, top.dataType);
+                      DataDimensions(top.dimensions, axes.size()), top.dataType);
   if (!isPreview) group->CheckDataFileHasData();
   enter(group);
 

@@ -93,21 +93,28 @@ TYPED_TEST(CReaderTest, ReopenGoesToAnotherFile) {
   EXPECT_EQ(reader.TotalWordCount(), 9u);
 }
 
-TYPED_TEST(CReaderTest, BlocksAreReadFromTheOpenFile) {
+TYPED_TEST(CReaderTest, FileForBlocksStaysOpen) {
   CReader<TypeParam, TypeParam> reader(this->Write("data", 100), kBinary);
   reader.Open();
   reader.PrepareForBlocks();
   EXPECT_TRUE(reader.IsOpen());
   EXPECT_FALSE(reader.HasBuffer());
   EXPECT_EQ(reader.TotalWordCount(), 100u);
-  std::vector<TypeParam> block(40);
-  EXPECT_EQ(reader.ReadWords(30, block), 40u);
-  EXPECT_EQ(block.front(), TypeParam(30));
-  EXPECT_EQ(block.back(), TypeParam(69));
-  EXPECT_EQ(reader.ReadWords(80, block), 20u);
-  EXPECT_EQ(block[19], TypeParam(99));
-  EXPECT_EQ(reader.ReadWords(100, block), 0u);
-  EXPECT_EQ(reader.ReadWords(~std::uint64_t{0} / 2, block), 0u);
+}
+
+TYPED_TEST(CReaderTest, SuspendedFileIsReadOnWhateverStandsThere) {
+  CReader<TypeParam, TypeParam> reader(this->Write("data", 100), kBinary);
+  reader.Open();
+  Sumara::File file = reader.Suspend();
+  EXPECT_FALSE(reader.IsOpen());
+  EXPECT_TRUE(file.IsOpen());
+  std::filesystem::remove(this->m_directory.Path("data"));
+  this->Write("data", 7);
+  reader.Resume(std::move(file));
+  EXPECT_TRUE(reader.IsOpen());
+  reader.Prepare();
+  EXPECT_EQ(reader.TotalWordCount(), 100u);
+  EXPECT_EQ(reader.Words()[99], TypeParam(99));
 }
 
 TEST(CReaderWordTest, LongWordsHaveFourBytes) {

@@ -57,7 +57,8 @@ class BinaryFile {
 
   void Check(std::string_view bytes, std::size_t variable, std::size_t secondary,
              const std::vector<double>& values) const {
-    const auto layout = Sumara::DataLayout::Of(m_top.dimensions, 0);
+    const auto layout =
+        Sumara::DataLayout::Of(Sumara::DataDimensions(m_top.dimensions, m_top.axisCount), 0);
     Sumara::VisitElementType(
         m_top.dataType,
         [&](auto tag) {

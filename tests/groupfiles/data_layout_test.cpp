@@ -72,6 +72,14 @@ TEST(DataLayoutTest, BaseBeyondAllNumbersIsTheLargest) {
   EXPECT_EQ(DataLayout::Of({kMost / 2, 4, 1}, 0).PointsWithin(kMost, kMost), 0u);
 }
 
+TEST(DataLayoutTest, NumberOfAxesSaysWhatDimensionsMean) {
+  EXPECT_EQ(Sumara::DataDimensions({3, 4, 10}, 2), (std::vector<std::uint64_t>{3, 4, 10}));
+  EXPECT_EQ(Sumara::DataDimensions({3, 4, 10}, 1), (std::vector<std::uint64_t>{3, 10}));
+  EXPECT_EQ(Sumara::DataDimensions({3, 4, 5, 10}, 1), (std::vector<std::uint64_t>{3, 10}));
+  EXPECT_EQ(Sumara::DataDimensions({3, 10}, 1), (std::vector<std::uint64_t>{3, 10}));
+  EXPECT_EQ(Sumara::DataDimensions({3}, 1), (std::vector<std::uint64_t>{3}));
+}
+
 TEST(DataLayoutTest, ProductOfDimensions) {
   EXPECT_EQ(ProductOf({2, 3, 4}), 24u);
   EXPECT_EQ(ProductOf({2, 0, kMost}), 0u);

@@ -246,4 +246,14 @@ TYPED_TEST(GroupLoaderTypesTest, TypeOfTheFile) {
   EXPECT_NE(std::dynamic_pointer_cast<Sumara::CGroup2D<TypeParam>>(group), nullptr);
 }
 
+TEST_F(GroupLoaderTest, SurplusDimensionsDoNotMakeASecondAxis) {
+  WriteHeader(HeaderText::OneAxis().With("DIMENS", "2 2 3"));
+  WriteWords(6);
+  EXPECT_EQ(DataOf(Load({"My"}), "My"), (std::vector<float>{1, 3, 5}));
+  m_control.RemoveGroup(Header(), PreviewMode::kFull, false);
+  WriteHeader(HeaderText::OneAxis().With("DIMENS", "2 2 3").With("ACCESS", "S"));
+  m_directory.Write("run.$01", testing_support::LinesOf({{0, 1}, {2, 3}, {4, 5}}));
+  EXPECT_EQ(DataOf(Load({"My"}), "My"), (std::vector<float>{1, 3, 5}));
+}
+
 }  // namespace
