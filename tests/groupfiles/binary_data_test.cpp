@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "core/reader.h"
 #include "tests/groupfiles/data_fixture.h"
 
 namespace {

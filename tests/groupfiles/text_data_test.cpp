@@ -289,6 +289,17 @@ TEST_P(TextDataTest, LinesThatOnlySeemAlikeAreReadOneByOne) {
   EXPECT_EQ(Of(0), (std::vector<double>{1, 10}));
 }
 
+TEST_P(TextDataTest, SeveralHeaderRecordsAreCountedWhateverTheSizeOfTheFile) {
+  Write("aaa\nb\n1\n222\n3\n4\n");  // as long as four lines of the first's length
+  for (int request = 0; request < 3; ++request) {
+    Open({1, 4}, /*binary=*/false, /*headerRecords=*/2);
+    EXPECT_EQ(Read(All(4)), 4u);
+    EXPECT_EQ(Of(0), (std::vector<double>{1, 222, 3, 4}));
+    EXPECT_EQ(Read(All(0)), 4u);
+    EXPECT_EQ(Of(0), (std::vector<double>{1, 222, 3, 4}));
+  }
+}
+
 TEST_P(TextDataTest, ChangedFileIsReadAnew) {
   Rows rows = CountedRows(5, 2);
   Write(FixedLines(rows));

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "groupfiles/data_layout.h"
+
+namespace Sumara {
+
+/// Which columns may be read ahead of the requests for them.
+struct AheadRule {
+  std::uint64_t variables = 1;  ///< width of the first band; each is wider than the last
+  bool allSecondary = false;    ///< at all secondary indices; else at those of the request
+  std::uint64_t most = 0;       ///< columns in all
+};
+
+/// Columns of a data file that were read together with others, ahead of the requests for them.
+///
+/// Who asks for a second variable will ask for more, and to read them together costs little more:
+/// they share the lines of the file and the processor's cache. A column is moved out when it is
+/// asked for; one that was handed out is not read ahead again.
+template <class U>
+class ColumnsAhead {
+ public:
+  /// Moves the requested columns to `target` if all of them are here.
+  bool HandOver(const DataLayout& layout, const DataRequest& request, IDataTarget<U>& target);
+
+  /// The columns that are worth reading with those of `request`, by their bases in a point: none
+  /// for the first request; later those in a band of variables around the first that is asked for.
+  std::vector<std::uint64_t> Choose(const DataLayout& layout, const DataRequest& request,
+                                    const AheadRule& rule);
+
+  /// Takes in a column of `request.points` values.
+  void Add(std::uint64_t base, std::vector<U>&& values) {
+    m_bytes += values.size() * sizeof(U);
+    m_columns.insert_or_assign(base, std::move(values));
+  }
+
+  /// Says that the columns of a request were handed out.
+  void MarkHandedOut(const DataLayout& layout, const DataRequest& request);
+
+  /// The memory that a column of so many points takes; all ones if that is beyond 64 bits.
+  static std::uint64_t SizeOf(std::uint64_t points) {
+    constexpr std::uint64_t kOverhead = 256;
+    return DataLayout::OffsetOf(points, sizeof(U), kOverhead);
+  }
+
+  bool Empty() const { return m_columns.empty(); }
+  std::uint64_t Bytes() const { return m_bytes; }
+  void Clear();
+
+ private:
+  std::optional<unsigned> CountRequest(const DataLayout& layout, const DataRequest& request);
+  bool IsOf(const DataLayout& layout, const DataRequest& request) const {
+    return layout == m_layout && request.points == m_points;
+  }
+
+  DataLayout m_layout;
+  std::uint64_t m_points = 0;
+  std::unordered_map<std::uint64_t, std::vector<U>> m_columns;
+  std::unordered_set<std::uint64_t> m_handedOut;
+  std::uint64_t m_bytes = 0;
+  unsigned m_requests = 0;  ///< that were read from the file
+};
+
+}  // namespace Sumara
