@@ -113,7 +113,9 @@ HeaderContents ReadHeader(const std::string& path) {
     throw TableError::Of(failure, path);
   }
   contents.dataPath = Sumara::DirectoryOf(path) + contents.top.dataFileName;
-  contents.layout = Sumara::DataLayout::Of(contents.top.dimensions, contents.top.headerRecordCount);
+  contents.layout = Sumara::DataLayout::Of(
+      Sumara::DataDimensions(contents.top.dimensions, contents.top.axisCount),
+      contents.top.headerRecordCount);
   contents.calculation = SumaraApi::CalculationTypeOf(contents.top.content);
   return contents;
 }

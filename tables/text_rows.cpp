@@ -37,7 +37,8 @@ template <class U>
 TextRows<U>::TextRows(const HeaderContents& contents, const ReadPlan& plan)
     : m_contents(contents),
       m_file(contents.dataPath, static_cast<std::int32_t>(FileMode::kReadTextData)) {
-  m_file.SetDimensions(contents.top.dimensions);
+  m_file.SetDimensions(Sumara::DataDimensions(contents.top.dimensions, contents.top.axisCount));
+  m_file.SetHeaderRecordCount(contents.layout.headerRecords);
   for (std::size_t c = 0; c < plan.columns.size(); ++c) Want(c, plan.columns[c]);
   for (WantedLine& line : m_lines) {
     std::vector<std::size_t> order(line.places.size());
