@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Callable, Iterator, Mapping, Sequence
 from itertools import groupby
 from typing import TYPE_CHECKING, Any, Protocol
 
@@ -421,6 +421,16 @@ class Variable:
             return values.astype(dtype)
         return values.copy() if copy else values
 
+    def __array_function__(
+        self,
+        function: Callable[..., Any],
+        types: object,
+        args: tuple[Any, ...],
+        kwargs: dict[str, Any],
+    ) -> Any:  # noqa: ANN401 - as of NumPy
+        """Have functions of NumPy work on the values: ``numpy.mean`` knows more than ``mean``."""
+        return function(*_as_arrays(args), **_as_arrays(kwargs))
+
     def __getitem__(self, key: Any, /) -> Any:  # noqa: ANN401 - as of NumPy
         """Return some values, as NumPy's basic slicing does; only they are read.
 
@@ -707,6 +717,15 @@ def read_together(variables: Sequence[Variable]) -> list[NDArray[Any]]:
                 block[part] = variable._conversion.of(block[part], dtype)
         blocks.append(block)
     return blocks
+
+
+def _as_arrays(given: Any) -> Any:  # noqa: ANN401 - whatever NumPy takes
+    """Return arguments with values in the place of variables."""
+    if isinstance(given, Variable):
+        return given.values
+    if isinstance(given, dict):
+        return {key: _as_arrays(one) for key, one in given.items()}
+    return type(given)(map(_as_arrays, given)) if type(given) in (list, tuple) else given
 
 
 def _values_of(info: _native.AxisInfo, count: int) -> NDArray[Any]:

@@ -255,6 +255,10 @@ def test_arrays_for_numpy(two_axes: tb.Run) -> None:
     assert np.shares_memory(np.asarray(variable), variable.values)
     assert np.array(variable).flags.writeable
     assert np.sum(variable) == variable.values.sum()
+    assert np.array_equal(np.mean(variable, axis=0), variable.values.mean(axis=0))
+    assert np.max(variable) == variable.values.max()
+    assert np.concatenate([variable, variable], axis=1).shape == (5, 6)
+    assert np.array_equal(np.add(variable, 1), variable.values + 1)
     assert len(variable) == 5
     assert len(list(variable)) == 5
 
