@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import os
 from collections.abc import Sequence
+from functools import lru_cache
 from typing import Any, NamedTuple
 
 import numpy as np
@@ -35,6 +37,7 @@ __all__ = [
     "calculation_of_header",
     "completion_state",
     "find_run",
+    "has_all_figures",
     "is_torn",
     "list_runs",
     "open_table",
@@ -260,6 +263,25 @@ def stored_figures(table: GroupTable, variables: Sequence[int]) -> Figures | Non
     except _tables.TableError as error:
         raise _damaged(error, table.path) from None
     return None if stored is None else Figures(stored.minimum, stored.maximum, stored.mean)
+
+
+def has_all_figures(path: str) -> bool:
+    """Return whether a header has figures for every secondary value; False if it is damaged."""
+    try:
+        status = os.stat(path)  # noqa: PTH116 - a path object costs more than the question
+    except OSError:
+        return False
+    return _has_all_figures(path, status.st_mtime_ns, status.st_size)
+
+
+@lru_cache(maxsize=1024)
+def _has_all_figures(path: str, _written: int, _size: int) -> bool:
+    try:
+        stored = GroupTable.open(path).stored_figures([0])
+    except (_tables.TableError, IndexError):
+        return False
+    # A time is NaN for a block that is not there only; a mean is that of NaN among the data too.
+    return stored is not None and not np.isnan(stored.maximum_time).any()
 
 
 def _damaged(error: _tables.TableError, path: str) -> TabulonError:

@@ -12,10 +12,10 @@ from typing import TYPE_CHECKING, Any, Generic, TypeAlias, TypeVar, overload
 import numpy as np
 from numpy.typing import NDArray
 
+from tabulon._native import has_all_figures
 from tabulon.api import _proxy
 from tabulon.api._enumerations import AxisTypeId, VariableDataFormat, VariableDataType
 from tabulon.api._found import FoundInRun, KeptRun
-from tabulon.api._header import count_statistics_blocks
 from tabulon.api._registration import described, registered
 from tabulon.api._units import native, readable
 
@@ -154,9 +154,7 @@ class Variable(FoundInRun, _proxy.Variable):
         return self._get_independent_variables_native_array()
 
     def _has_header_statistics(self) -> bool:
-        axes = self.get_independent_variables()
-        blocks = count_statistics_blocks(self.get_parent_group_header_file_full_path(), len(axes))
-        return blocks >= (axes[1].get_number_of_values() if len(axes) > 1 else 1)
+        return has_all_figures(self.get_parent_group_header_file_full_path())
 
     def _figure(
         self,

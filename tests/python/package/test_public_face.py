@@ -98,7 +98,8 @@ def test_unknown_attribute_is_told() -> None:
 
 
 def test_import_takes_little_more_than_that_of_numpy(tmp_path: Path) -> None:
-    code = "import time; a = time.perf_counter(); import {}; print(time.perf_counter() - a)"
+    # of the processor, so that what else runs does not count
+    code = "import time; a = time.process_time(); import {}; print(time.process_time() - a)"
 
     def seconds(module: str) -> float:
         folder = str(Path(tb.__file__).parents[1])
@@ -111,7 +112,7 @@ def test_import_takes_little_more_than_that_of_numpy(tmp_path: Path) -> None:
         return float(done.stdout)
 
     best = {module: seconds(module) for module in ("numpy", "tabulon")}
-    for _ in range(12):
+    for _ in range(20):
         for module, least in best.items():
             best[module] = min(least, seconds(module))
         if best["tabulon"] <= 1.3 * best["numpy"]:
