@@ -95,6 +95,8 @@ std::shared_ptr<std::vector<double>> CIntervalAxis::ShareValues() {
 const std::vector<std::string>& CIntervalAxis::GetLabelsAsStrings(std::uint32_t dataType) {
   if (m_labelStrings.empty()) {
     const std::uint64_t count = CountForCache();
+    // A text takes several times the memory of a value: fewer are made on a header's word alone.
+    if (m_group != nullptr) m_group->CheckPointCount(count);
     std::vector<std::string> texts;
     texts.reserve(static_cast<std::size_t>(count));
     for (std::uint64_t i = 0; i < count; ++i) texts.push_back(Scientific(ValueAt(i), dataType));

@@ -432,6 +432,9 @@ TEST_F(ControlLoadTest, ValuesOfAHeaderNeedNoDataFile) {
   const auto axis = Get(PreviewMode::kWithoutStatistics)->GetIntervalAxis(kPrimary, true);
   EXPECT_EQ(axis->GetValues().size(), 4194304u);
   EXPECT_EQ(axis->GetValues().back(), 4194303 * 0.5 + 1);
+  EXPECT_EQ(MessageOf([&] { axis->GetLabelsAsStrings(1); }),
+            GroupFailure("Axis dimensions invalid (DIMENS)"))
+      << "texts take several times the memory";
   m_control.RemoveGroup(Header(), PreviewMode::kWithoutStatistics, false);
   WriteHeader(HeaderText::OneAxis().With("DIMENS", "2\t4194305"));
   const auto longer = Get(PreviewMode::kWithoutStatistics)->GetIntervalAxis(kPrimary, true);
