@@ -2,12 +2,11 @@
 
 #include "api/process_state.h"
 #include "api/run.h"
-#include "model/control.h"
 
 namespace SumaraApi {
 
 void TabulonApi_CacheSettings::SetBufferedReadEnabled(bool bufferedReadEnabled) {
-  for (const auto& [path, run] : State().runs) run->GetControl()->ReleaseReaders();
+  for (const auto& [path, run] : State().runs) run->ReleaseReaders();
   State().bufferedRead = bufferedReadEnabled;
 }
 

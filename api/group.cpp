@@ -1,51 +1,50 @@
 #include "api/group.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "api/group_contents.h"
 #include "api/group_facts.h"
 #include "api/independent_variable.h"
 #include "api/narrow_variable.h"
 #include "api/run.h"
 #include "core/exceptions.h"
-#include "core/text.h"
 #include "model/group.h"
 #include "vocabulary/calculation_kinds.h"
 
 namespace SumaraApi {
 
-Group::Group(std::string headerFilePath, std::shared_ptr<Sumara::IGroup> group,
-             std::weak_ptr<Run> run, std::vector<VariablePtr> variables,
-             std::vector<IndependentVariablePtr> independentVariables)
+Group::Group(std::string headerFilePath, std::shared_ptr<GroupContents> contents,
+             std::weak_ptr<Run> run)
     : m_headerFilePath(std::move(headerFilePath)),
-      m_group(std::move(group)),
-      m_run(std::move(run)),
-      m_variables(std::move(variables)),
-      m_independentVariables(std::move(independentVariables)) {}
+      m_contents(std::move(contents)),
+      m_run(std::move(run)) {}
 
-std::string Group::GetName() const { return m_group->GetName(); }
-std::uint64_t Group::GetNumber() const { return m_group->GetGroupNumber(); }
+const Sumara::IGroup& Group::ModelGroup() const { return *m_contents->GetModelGroup(); }
+
+std::string Group::GetName() const { return m_contents->Name(); }
+std::uint64_t Group::GetNumber() const { return ModelGroup().GetGroupNumber(); }
+
+std::size_t Group::GetNumberOfVariables() const { return m_contents->VariableNames().size(); }
+std::size_t Group::GetNumberOfIndependentVariables() const {
+  return ModelGroup().GetNumberOfAxes();
+}
 
 VariablePtr Group::GetVariable(std::string const& variableName) const {
-  for (const VariablePtr& variable : m_variables) {
-    if (Sumara::EqualsNoCase(variable->GetName(), variableName)) return variable;
-  }
+  if (const auto place = m_contents->PlaceOf(variableName))
+    return m_contents->ListedVariable(*place);
   throw Sumara::CException(
       159, "Group name: '" + GetName() + "'; Variable name requested: '" + variableName + "'");
 }
 
-std::vector<std::string> Group::GetVariableNames() const {
-  std::vector<std::string> names;
-  names.reserve(m_variables.size());
-  for (const VariablePtr& variable : m_variables) names.push_back(variable->GetName());
-  return names;
-}
+std::vector<std::string> Group::GetVariableNames() const { return m_contents->VariableNames(); }
 
 bool Group::ContainsVariable(std::string const& variableName, std::size_t dimensions) const {
-  return m_independentVariables.size() == dimensions &&
-         std::any_of(m_variables.begin(), m_variables.end(), [&](const VariablePtr& variable) {
-           return Sumara::EqualsNoCase(variable->GetName(), variableName);
-         });
+  return GetNumberOfIndependentVariables() == dimensions &&
+         m_contents->PlaceOf(variableName).has_value();
+}
+
+std::vector<IndependentVariablePtr> Group::GetIndependentVariables() const {
+  return m_contents->GetIndependentVariables()->All();
 }
 
 bool Group::ContainsVariable1D(std::string const& variableName) const {
@@ -57,7 +56,7 @@ bool Group::ContainsVariable2D(std::string const& variableName) const {
 
 IndependentVariablePtr Group::GetIndependentVariable(
     std::string const& independentVariableName) const {
-  return FindIndependentVariable(m_independentVariables, independentVariableName,
+  return FindIndependentVariable(GetIndependentVariables(), independentVariableName,
                                  "Group name: '" + GetName() +
                                      "'; Independent variable name requested: '" +
                                      independentVariableName + "'");
@@ -65,22 +64,22 @@ IndependentVariablePtr Group::GetIndependentVariable(
 
 IndependentVariablePtr Group::GetIndependentVariable(
     IndependentVariableId const independentVariableId) const {
-  return FindIndependentVariable(m_independentVariables, independentVariableId,
+  return FindIndependentVariable(GetIndependentVariables(), independentVariableId,
                                  "Group name: '" + GetName() + "'");
 }
 
-std::string Group::GetCalculationShortName() const { return m_group->GetDataSource(); }
+std::string Group::GetCalculationShortName() const { return ModelGroup().GetDataSource(); }
 std::string Group::GetCalculationDescriptiveName() const {
   return DescriptiveNameOf(GetCalculationType());
 }
 CalculationType Group::GetCalculationType() const {
-  return CalculationTypeOf(m_group->GetDataSource());
+  return CalculationTypeOf(ModelGroup().GetDataSource());
 }
 
-double Group::GetTimeDomainSimulationLength() const { return TimeDomainLengthOf(*m_group); }
-std::size_t Group::GetDataPointCount() const { return DataPointCountOf(*m_group); }
-VariableDataType Group::GetVariableDataType() const { return DataTypeOf(*m_group); }
-VariableDataFormat Group::GetVariableDataFormat() const { return DataFormatOf(*m_group); }
+double Group::GetTimeDomainSimulationLength() const { return TimeDomainLengthOf(ModelGroup()); }
+std::size_t Group::GetDataPointCount() const { return DataPointCountOf(ModelGroup()); }
+VariableDataType Group::GetVariableDataType() const { return DataTypeOf(ModelGroup()); }
+VariableDataFormat Group::GetVariableDataFormat() const { return DataFormatOf(ModelGroup()); }
 
 RunPtr Group::LockRun() const {
   RunPtr run = m_run.lock();
@@ -102,9 +101,10 @@ template <class TypedVariable>
 std::vector<std::shared_ptr<TypedVariable>> Group::NarrowAll() const {
   const RunPtr run = LockRun();
   std::vector<std::shared_ptr<TypedVariable>> typed;
-  typed.reserve(m_variables.size());
-  for (const VariablePtr& variable : m_variables) {
-    typed.push_back(NarrowVariable<TypedVariable>(variable, run->GetDirectory() + run->GetName()));
+  typed.reserve(GetNumberOfVariables());
+  for (std::size_t place = 0; place < GetNumberOfVariables(); ++place) {
+    typed.push_back(NarrowVariable<TypedVariable>(m_contents->ListedVariable(place),
+                                                  run->GetDirectory() + run->GetName()));
   }
   return typed;
 }

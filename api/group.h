@@ -14,14 +14,15 @@ class IGroup;
 
 namespace SumaraApi {
 
+class GroupContents;
+
 /// One output group of a run: a table of variables over one or two independent variables.
 ///
 /// A group outlives its run for all but the typed variables, which belong to the run.
 class Group {
  public:
-  Group(std::string headerFilePath, std::shared_ptr<Sumara::IGroup> group, std::weak_ptr<Run> run,
-        std::vector<VariablePtr> variables,
-        std::vector<IndependentVariablePtr> independentVariables);
+  Group(std::string headerFilePath, std::shared_ptr<GroupContents> contents,
+        std::weak_ptr<Run> run);
 
   /// GENLAB of the header.
   std::string GetName() const;
@@ -29,11 +30,11 @@ class Group {
   std::uint64_t GetNumber() const;
   std::string GetHeaderFilePath() const { return m_headerFilePath; }
 
-  std::size_t GetNumberOfVariables() const { return m_variables.size(); }
+  std::size_t GetNumberOfVariables() const;
   /// 1 or 2.
-  std::size_t GetNumberOfIndependentVariables() const { return m_independentVariables.size(); }
+  std::size_t GetNumberOfIndependentVariables() const;
 
-  /// A variable by name, whatever its case, for what needs no data.
+  /// A variable by name, so spelled or else the first in any case, for what needs no data.
   /// \throws Sumara::CException 159 if there is none of this name.
   VariablePtr GetVariable(std::string const& variableName) const;
   /// In the order of the header.
@@ -44,9 +45,7 @@ class Group {
   bool ContainsVariable2D(std::string const& variableName) const;
 
   /// Primary first.
-  std::vector<IndependentVariablePtr> GetIndependentVariables() const {
-    return m_independentVariables;
-  }
+  std::vector<IndependentVariablePtr> GetIndependentVariables() const;
   /// \throws Sumara::CException 167 if there is none of this name or id.
   IndependentVariablePtr GetIndependentVariable(std::string const& independentVariableName) const;
   IndependentVariablePtr GetIndependentVariable(
@@ -81,16 +80,15 @@ class Group {
   std::vector<std::shared_ptr<Variable2D<T>>> GetAllVariables2D() const;
 
  private:
+  const Sumara::IGroup& ModelGroup() const;
   RunPtr LockRun() const;
   bool ContainsVariable(std::string const& variableName, std::size_t dimensions) const;
   template <class TypedVariable>
   std::vector<std::shared_ptr<TypedVariable>> NarrowAll() const;
 
   std::string m_headerFilePath;
-  std::shared_ptr<Sumara::IGroup> m_group;
+  std::shared_ptr<GroupContents> m_contents;
   std::weak_ptr<Run> m_run;
-  std::vector<VariablePtr> m_variables;
-  std::vector<IndependentVariablePtr> m_independentVariables;
 };
 
 }  // namespace SumaraApi

@@ -53,6 +53,7 @@ class IndependentVariable {
 
   /// \cond internal
   std::shared_ptr<Sumara::CAxisBase> const& GetAxis() const { return m_axis; }
+  bool BelongsTo(const Sumara::IGroup& group) const { return m_group.get() == &group; }
   void SetGroup(std::shared_ptr<Sumara::IGroup> group, std::uint32_t position);
   /// \endcond
 

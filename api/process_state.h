@@ -4,6 +4,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "api/directory_listings.h"
 #include "api/types.h"
 #include "core/directory_walk.h"
 #include "core/text.h"
@@ -29,6 +30,7 @@ struct ProcessState {
   SearchFilters filters;
   /// The walk of the incremental searches: one for all iterators.
   std::unique_ptr<Sumara::DirectoryWalk> walk;
+  DirectoryListings listings;
 
   /// The data type code in which groups are to be held, or 0 for the type in their file.
   std::uint32_t TargetType() const;

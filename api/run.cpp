@@ -3,8 +3,9 @@
 #include <filesystem>
 #include <utility>
 
+#include "api/directory_listings.h"
 #include "api/group.h"
-#include "api/variable_map.h"
+#include "api/run_contents.h"
 #include "core/directory.h"
 #include "core/error_context.h"
 #include "core/exceptions.h"
@@ -28,15 +29,7 @@ const std::string Run::VerificationFileExtension{kVerificationExtension};
 const std::string Run::MessageFileExtension{kMessageExtension};
 
 Run::Run(std::string terminationFilePath, bool bufferedRead)
-    : m_terminationFilePath(std::move(terminationFilePath)),
-      m_variables(std::make_unique<VariableMap>()),
-      m_control(std::make_shared<Sumara::CControl>()) {
-  if (bufferedRead) {
-    m_control->SetKeepReadersOpen();
-  } else {
-    m_control->ReleaseReaders();
-  }
-}
+    : m_terminationFilePath(std::move(terminationFilePath)), m_keepsReadersOpen(bufferedRead) {}
 
 Run::~Run() = default;
 
@@ -59,6 +52,12 @@ bool Run::HasChanged() {
   const std::int64_t lastWrite = Sumara::LastWriteTicks(m_terminationFilePath);
   if (!m_terminationFileLastWrite) m_terminationFileLastWrite = lastWrite;
   return std::exchange(m_terminationFileLastWrite, lastWrite) != lastWrite;
+}
+
+bool Run::RefreshIfChanged() {
+  if (!HasChanged()) return false;
+  m_contents.reset();
+  return true;
 }
 
 void Run::NoteLastWrite() {
@@ -138,25 +137,23 @@ CalculationType Run::GetCalculationTypeFromHeaders() {
 
 CalculationType Run::ResolveCalculationType(bool checkUnsupportedExtensions) {
   if (!m_calculationType) {
-    m_calculationType = m_groups.empty() ? ScanForCalculationType(checkUnsupportedExtensions)
-                                         : m_groups.front()->GetCalculationType();
+    const bool hasGroups = m_contents != nullptr && !m_contents->Groups().empty();
+    m_calculationType = hasGroups ? m_contents->Groups().front()->GetCalculationType()
+                                  : ScanForCalculationType(checkUnsupportedExtensions);
   }
   return *m_calculationType;
 }
 
 CalculationType Run::ScanForCalculationType(bool checkUnsupportedExtensions) {
-  CalculationType type = CalculationType::Unknown;
   NoteLastWrite();
-  ForEachFileOfRun(Directory(), Name(), [&](const std::string& fileName) {
+  for (const std::string& fileName : FilesOfRun(Directory(), Name())) {
     const std::string_view extension = Sumara::ExtensionOf(fileName);
-    if (IsHeaderExtension(extension)) {
-      type = CalculationTypeOfHeader(Directory() + fileName);
-      return false;
-    }
-    if (checkUnsupportedExtensions) type = CalculationTypeOfExtension(extension);
-    return type == CalculationType::Unknown;
-  });
-  return type;
+    if (IsHeaderExtension(extension)) return CalculationTypeOfHeader(Directory() + fileName);
+    if (!checkUnsupportedExtensions) continue;
+    const CalculationType type = CalculationTypeOfExtension(extension);
+    if (type != CalculationType::Unknown) return type;
+  }
+  return CalculationType::Unknown;
 }
 
 CalculationType Run::CalculationTypeOfHeader(const std::string& path) const {

@@ -8,12 +8,9 @@
 
 #include "api/types.h"
 
-namespace Sumara {
-class CControl;
-class IGroup;
-}  // namespace Sumara
-
 namespace SumaraApi {
+
+class RunContents;
 
 /// One simulation run on disk, known by its termination file.
 ///
@@ -110,17 +107,11 @@ class Run : public std::enable_shared_from_this<Run> {
   void NoteLastWrite();
   /// The calculation type, found without looking at the extensions of unsupported calculations.
   CalculationType GetCalculationTypeFromHeaders();
-  std::shared_ptr<Sumara::CControl> const& GetControl() const { return m_control; }
+  /// Gives back the buffers of the groups, and from now on after each read.
+  void ReleaseReaders();
   /// \endcond
 
  private:
-  /// A variable of this run, in one of the groups that hold its name; null after an unload.
-  struct VariableEntry {
-    std::string group;
-    VariablePtr variable;
-  };
-  using VariableEntries = std::vector<VariableEntry>;
-  struct VariableMap;
   struct Classification {
     bool known = false;
     bool value = false;
@@ -136,29 +127,14 @@ class Run : public std::enable_shared_from_this<Run> {
   CalculationType CalculationTypeOfHeader(const std::string& path) const;
   bool Classify(Classification& cached, bool (*isOfClass)(CalculationType));
 
-  /// Forgets headers, groups and variables if the termination file has changed.
+  /// Starts headers, groups and variables anew if the termination file has changed.
   bool RefreshIfChanged();
-  void FindHeaders();
-  void LoadGroups(std::string const* filter);
-  GroupPtr FindGroup(std::string const& groupName) const;
-  GroupPtr BuildGroup(std::string const& headerPath, std::shared_ptr<Sumara::IGroup> const& group);
+  RunContents& Contents();
+  void CheckSupported();
   VariablePtr FindVariable(std::string const& variableName, std::string const& groupName);
-  VariablePtr LoadVariable(std::string const& variableName, std::string const& groupName);
-  static void Merge(VariableEntries& entries, std::size_t known, std::string const& groupName,
-                    VariablePtr variable);
-  VariableEntry* Disambiguate(VariableEntries& entries, std::string const& variableName,
-                              std::string const& groupName, bool tolerateAbsence);
-  VariableEntries* FindEntries(std::string const& variableName);
-  static VariableEntry* FindEntry(VariableEntries& entries, std::string const& groupName);
-  VariablePtr KnownVariable(std::string const& variableName, std::string const& groupName);
-  VariableEntry& EntryFor(std::string const& variableName, std::string const& groupName);
   bool Contains(std::string const& variableName, std::size_t dimensions);
-  bool Unload(std::string const& variableName, std::string const& groupName);
-  std::string PlainContext(std::string const& variableName, std::string const& groupName);
-  std::string ListContext(VariableEntries const& entries, std::string const& variableName);
 
   std::string m_terminationFilePath;
-  std::unique_ptr<VariableMap> m_variables;
   std::string m_directory;
   std::string m_name;
   std::string m_messageFileContent;
@@ -172,9 +148,8 @@ class Run : public std::enable_shared_from_this<Run> {
   std::optional<CalculationType> m_calculationType;
   std::optional<std::int64_t> m_terminationFileLastWrite;
   std::optional<std::int64_t> m_executionDuration;
-  std::shared_ptr<Sumara::CControl> m_control;
-  std::vector<std::string> m_headerExtensions;
-  std::vector<GroupPtr> m_groups;
+  bool m_keepsReadersOpen;
+  std::unique_ptr<RunContents> m_contents;  ///< null until something is asked of it
 };
 
 }  // namespace SumaraApi

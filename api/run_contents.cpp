@@ -1,309 +1,322 @@
-// The groups and variables of a run.
+#include "api/run_contents.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
+#include "api/directory_listings.h"
 #include "api/group.h"
-#include "api/independent_variable.h"
 #include "api/narrow_variable.h"
-#include "api/process_state.h"
-#include "api/run.h"
-#include "api/variable_factory.h"
-#include "api/variable_map.h"
 #include "core/error_context.h"
 #include "core/exceptions.h"
 #include "core/paths.h"
-#include "core/text.h"
 #include "model/control.h"
 #include "vocabulary/run_files.h"
 
 namespace SumaraApi {
 namespace {
 
-constexpr std::int32_t kFoundInSeveralGroups = 165;
+std::shared_ptr<Sumara::CControl> MakeControl(bool keepReadersOpen) {
+  auto control = std::make_shared<Sumara::CControl>();
+  if (keepReadersOpen) {
+    control->SetKeepReadersOpen();
+  } else {
+    control->ReleaseReaders();
+  }
+  return control;
+}
 
 }  // namespace
 
-// Contexts.
+RunContents::RunContents(std::string directory, std::string runName, bool keepReadersOpen)
+    : m_directory(std::move(directory)),
+      m_runName(std::move(runName)),
+      m_control(MakeControl(keepReadersOpen)) {}
 
-std::string Run::PlainContext(std::string const& variableName, std::string const& groupName) {
-  return VariableContext(variableName, groupName, DirectoryAndName());
-}
+void RunContents::ReleaseReaders() { m_control->ReleaseReaders(); }
 
-std::string Run::ListContext(VariableEntries const& entries, std::string const& variableName) {
-  std::string text = "\n Variable name: '" + variableName + "'\n Run: " + DirectoryAndName() +
+std::string RunContents::ListContext(const Holders& known, const std::string& name) const {
+  std::string text = "\n Variable name: '" + name + "'\n Run: " + RunPath() +
                      "\n Output groups in run containing this variable:\n";
-  for (const VariableEntry& entry : entries) text += " '" + entry.group + "'\n";
+  for (const Holder& holder : known) text += " '" + ContentsOf(holder).Name() + "'\n";
   return text;
 }
 
-// Headers and groups.
+// Headers.
 
-bool Run::RefreshIfChanged() {
-  if (!HasChanged()) return false;
-  m_headerExtensions.clear();
-  m_groups.clear();
-  m_variables->clear();
-  return true;
+void RunContents::ListHeaders() {
+  if (HasHeaders()) return;
+  std::vector<Header> headers;
+  for (const std::string& fileName : FilesOfRun(m_directory, m_runName)) {
+    if (IsHeaderExtension(Sumara::ExtensionOf(fileName)))
+      headers.push_back({m_directory + fileName, nullptr, nullptr, 0});
+  }
+  m_headers = std::move(headers);
 }
 
-void Run::FindHeaders() {
-  NoteLastWrite();
-  std::vector<std::string> extensions;
-  ForEachFileOfRun(Directory(), Name(), [&](const std::string& fileName) {
-    const std::string_view extension = Sumara::ExtensionOf(fileName);
-    if (IsHeaderExtension(extension)) extensions.emplace_back(extension);
-    return true;
+/// Reads a header, or has the registry refuse a group that is of another type than the wanted one.
+void RunContents::ReadHeader(Header& header, std::uint32_t targetType) {
+  const bool isRead = header.contents != nullptr;
+  if (isRead && (targetType == 0 || targetType == header.contents->GetModelGroup()->GetDataType()))
+    return;
+  auto group =
+      m_control->GetGroup(header.path, Sumara::PreviewMode::kWithoutStatistics, targetType);
+  if (isRead) return;
+  const std::uint32_t type = group->GetDataType();
+  header.contents = std::make_shared<GroupContents>(std::move(group), m_control);
+  m_readType = m_readCount == 0 || m_readType == type ? type : 0;
+  ++m_readCount;
+}
+
+void RunContents::ReadHeaders(std::uint32_t targetType) {
+  if (HasReadAll() && (targetType == 0 || targetType == m_readType)) return;
+  for (Header& header : m_headers) ReadHeader(header, targetType);
+}
+
+void RunContents::ReadAsFarAsPossible(std::uint32_t targetType) {
+  try {
+    ReadHeaders(targetType);
+  } catch (const CExceptionBase&) {
+    // It is told to whoever needs what that header holds.
+  }
+}
+
+// Groups.
+
+bool RunContents::IsNameOfGroup(std::string_view groupName) const {
+  return std::any_of(m_headers.begin(), m_headers.end(), [&](const Header& header) {
+    return header.contents != nullptr && header.contents->Name() == groupName;
   });
-  m_headerExtensions = std::move(extensions);
 }
 
-GroupPtr Run::FindGroup(std::string const& groupName) const {
+/// The first group that was handed out under a name, whatever its case.
+GroupPtr RunContents::FindInAnyCase(const std::string& name) const {
   const auto found = std::find_if(m_groups.begin(), m_groups.end(), [&](const GroupPtr& group) {
-    return Sumara::EqualsNoCase(group->GetName(), groupName);
+    return Sumara::EqualsNoCase(group->GetName(), name);
   });
   return found == m_groups.end() ? nullptr : *found;
 }
 
-GroupPtr Run::GetGroup(std::string const& groupName) {
-  if (!m_groups.empty() && !RefreshIfChanged()) {
-    if (GroupPtr group = FindGroup(groupName)) return group;
-  }
-  LoadGroups(&groupName);
-  if (GroupPtr group = FindGroup(groupName)) return group;
-  throw Sumara::CException(157, "Group name: '" + groupName + "'");
+GroupPtr RunContents::FindGroup(const std::string& name, std::uint32_t targetType) {
+  const auto found = std::find_if(m_groups.begin(), m_groups.end(),
+                                  [&](const GroupPtr& group) { return group->GetName() == name; });
+  if (found != m_groups.end()) return *found;
+  GroupPtr inAnyCase = FindInAnyCase(name);
+  // Headers that were not read yet may tell of a group that is spelled so.
+  if (inAnyCase != nullptr) ReadAsFarAsPossible(targetType);
+  return IsNameOfGroup(name) ? nullptr : inAnyCase;
 }
 
-std::vector<GroupPtr> Run::GetAllGroups() {
-  const bool complete =
-      !m_groups.empty() && !RefreshIfChanged() && m_groups.size() == m_headerExtensions.size();
-  if (!complete) LoadGroups(nullptr);
-  return m_groups;
-}
-
-void Run::LoadGroups(std::string const* filter) {
-  if (!IsCalculationTypeSupported()) throw Sumara::CException(180, "Run: " + DirectoryAndName());
-  if (m_headerExtensions.empty()) FindHeaders();
-  const std::uint32_t targetType = State().TargetType();
-  const auto isKnown = [&](const std::string& name) {
-    return std::any_of(m_groups.begin(), m_groups.end(),
-                       [&](const GroupPtr& group) { return group->GetName() == name; });
-  };
-  for (const std::string& extension : m_headerExtensions) {
-    const std::string path = DirectoryAndName() + extension;
-    const auto group =
-        m_control->GetGroup(path, Sumara::PreviewMode::kWithoutStatistics, targetType);
-    if (filter != nullptr ? !Sumara::EqualsNoCase(group->GetName(), *filter)
-                          : isKnown(group->GetName()))
-      continue;
-    m_groups.push_back(BuildGroup(path, group));
-    if (filter != nullptr) return;
-  }
-}
-
-GroupPtr Run::BuildGroup(std::string const& headerPath,
-                         std::shared_ptr<Sumara::IGroup> const& group) {
-  std::vector<VariablePtr> variables;
-  variables.reserve(group->GetNumberOfSeries());
-  for (const std::string& name : group->GetSeriesNames()) {
-    VariablePtr variable = KnownVariable(name, group->GetName());
-    if (variable == nullptr) {
-      variable = CreateVariable(name, group, m_control, /*dataType=*/0);
-      EntryFor(name, group->GetName()).variable = variable;
+/// The header of a group by name. Where one in another case stands before it, those behind that are
+/// read as far as they can be: they may tell of one that is spelled so.
+RunContents::Header* RunContents::FindHeader(const std::string& groupName,
+                                             std::uint32_t targetType) {
+  Header* inAnyCase = nullptr;
+  try {
+    for (Header& header : m_headers) {
+      ReadHeader(header, targetType);
+      const std::string& name = header.contents->Name();
+      if (name == groupName) return &header;
+      if (inAnyCase == nullptr && Sumara::EqualsNoCase(name, groupName)) inAnyCase = &header;
     }
-    variables.push_back(std::move(variable));
+  } catch (const CExceptionBase&) {
+    if (inAnyCase == nullptr) throw;
   }
-  std::vector<IndependentVariablePtr> independentVariables;
-  for (std::uint32_t position = 0; position < group->GetNumberOfAxes(); ++position) {
-    independentVariables.push_back(
-        std::make_shared<IndependentVariable>(group->GetAxis(position, /*mustExist=*/true), group));
+  return inAnyCase;
+}
+
+GroupPtr RunContents::HandOut(Header& header, const std::weak_ptr<Run>& run) {
+  if (!header.contents->VariableNames().empty()) header.contents->CheckVariable(0);
+  m_groups.push_back(std::make_shared<Group>(header.path, header.contents, run));
+  header.group = m_groups.back();
+  header.handedOut = ++m_time;
+  header.contents->BeginList();
+  return header.group;
+}
+
+GroupPtr RunContents::LoadGroup(const std::string& name, const std::weak_ptr<Run>& run,
+                                std::uint32_t targetType) {
+  ListHeaders();
+  Header* const header = FindHeader(name, targetType);
+  if (header == nullptr) throw Sumara::CException(157, "Group name: '" + name + "'");
+  if (header->contents->Name() != name) {
+    if (GroupPtr group = FindInAnyCase(name)) return group;
   }
-  return std::make_shared<Group>(headerPath, group, weak_from_this(), std::move(variables),
-                                 std::move(independentVariables));
+  return header->group != nullptr ? header->group : HandOut(*header, run);
+}
+
+void RunContents::LoadAllGroups(const std::weak_ptr<Run>& run, std::uint32_t targetType) {
+  ListHeaders();
+  std::unordered_map<std::string, bool> names;
+  for (const GroupPtr& group : m_groups) names.emplace(group->GetName(), true);
+  for (Header& header : m_headers) {
+    ReadHeader(header, targetType);
+    if (names.emplace(header.contents->Name(), true).second) HandOut(header, run);
+  }
+}
+
+// Names.
+
+/// The groups read so far that hold a name, in the order of their headers: each where the name is
+/// spelled so, else where it stands first in any case.
+RunContents::Holders RunContents::HoldersOf(const std::string& name) {
+  // Many runs are asked for one name only, which an index would not repay.
+  if (m_readCount == 0) return {};
+  return std::exchange(m_wasAsked, true) ? LookUp(name) : ScanFor(name);
+}
+
+RunContents::Holders RunContents::ScanFor(const std::string& name) const {
+  Holders holders;
+  for (std::size_t header = 0; header < m_readCount; ++header) {
+    if (const auto place = m_headers[header].contents->PlaceOf(name))
+      holders.push_back({header, *place});
+  }
+  return holders;
+}
+
+RunContents::Holders RunContents::LookUp(const std::string& name) {
+  if (m_index.ListCount() != m_readCount) {
+    NameIndex index;
+    for (std::size_t header = 0; header < m_readCount; ++header)
+      index.Add(m_headers[header].contents->VariableNames());
+    m_index = std::move(index);
+  }
+  Holders holders;
+  bool isSpelledSo = false;
+  m_index.ForEach(name, [&](const NameIndex::Place& found) {
+    const bool isFirstOfGroup = holders.empty() || holders.back().header != found.list;
+    if (!isFirstOfGroup && isSpelledSo) return;
+    const bool isExact = m_headers[found.list].contents->VariableNames()[found.place] == name;
+    if (isFirstOfGroup) {
+      holders.push_back({found.list, found.place});
+    } else if (isExact) {
+      holders.back().place = found.place;
+    }
+    isSpelledSo = isExact;
+  });
+  return holders;
+}
+
+/// Those of which the name is known, in the order in which they were met.
+RunContents::Holders RunContents::KnownOf(const std::string& name, const Holders& holders) const {
+  const auto sought = m_known.find(name);
+  std::vector<std::pair<std::size_t, Holder>> met;
+  for (const Holder& holder : holders) {
+    std::size_t time = m_headers[holder.header].handedOut;
+    if (sought != m_known.end()) {
+      const auto found = sought->second.find(holder.header);
+      if (found != sought->second.end()) time = found->second;
+    }
+    if (time != 0) met.emplace_back(time, holder);
+  }
+  std::stable_sort(met.begin(), met.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  Holders known;
+  for (const auto& [time, holder] : met) known.push_back(holder);
+  return known;
+}
+
+RunContents::Holders RunContents::InGroup(const Holders& holders,
+                                          const std::string& groupName) const {
+  if (groupName.empty()) return holders;
+  const bool isSpelledSo = IsNameOfGroup(groupName);
+  Holders inGroup;
+  for (const Holder& holder : holders) {
+    const std::string& name = ContentsOf(holder).Name();
+    if (isSpelledSo ? name == groupName : Sumara::EqualsNoCase(name, groupName))
+      inGroup.push_back(holder);
+  }
+  return inGroup;
+}
+
+void RunContents::Know(const std::string& name, const Holders& holders) {
+  if (holders.empty()) return;
+  const auto before = m_known.find(name);
+  KnownHeaders headers = before == m_known.end() ? KnownHeaders() : before->second;
+  for (const Holder& holder : holders) {
+    const std::size_t handedOut = m_headers[holder.header].handedOut;
+    headers.emplace(holder.header, handedOut != 0 ? handedOut : m_time + 1);
+  }
+  m_known[name].swap(headers);
+  ++m_time;
 }
 
 // Variables.
 
-Run::VariableEntries* Run::FindEntries(std::string const& variableName) {
-  const auto found = m_variables->find(variableName);
-  return found == m_variables->end() ? nullptr : &found->second;
-}
-
-VariablePtr Run::KnownVariable(std::string const& variableName, std::string const& groupName) {
-  VariableEntries* entries = FindEntries(variableName);
-  const VariableEntry* entry = entries != nullptr ? FindEntry(*entries, groupName) : nullptr;
-  return entry != nullptr ? entry->variable : nullptr;
-}
-
-Run::VariableEntry* Run::FindEntry(VariableEntries& entries, std::string const& groupName) {
-  const auto found = std::find_if(entries.begin(), entries.end(), [&](const VariableEntry& entry) {
-    return Sumara::EqualsNoCase(entry.group, groupName);
-  });
-  return found == entries.end() ? nullptr : &*found;
-}
-
-Run::VariableEntry& Run::EntryFor(std::string const& variableName, std::string const& groupName) {
-  VariableEntries& entries = (*m_variables)[variableName];
-  VariableEntry* found = FindEntry(entries, groupName);
-  return found != nullptr ? *found : entries.emplace_back(VariableEntry{groupName, nullptr});
-}
-
-Run::VariableEntry* Run::Disambiguate(VariableEntries& entries, std::string const& variableName,
-                                      std::string const& groupName, bool tolerateAbsence) {
-  if (entries.empty()) throw Sumara::CException(159, PlainContext(variableName, groupName));
+const RunContents::Holder* RunContents::Choose(const Holders& known, const std::string& name,
+                                               const std::string& groupName,
+                                               bool toleratesAbsence) const {
+  if (known.empty()) throw Sumara::CException(159, VariableContext(name, groupName, RunPath()));
   if (groupName.empty()) {
-    if (entries.size() == 1) return &entries.front();
-    throw Sumara::CException(kFoundInSeveralGroups, ListContext(entries, variableName));
+    if (known.size() == 1) return &known.front();
+    throw Sumara::CException(165, ListContext(known, name));
   }
-  VariableEntry* found = FindEntry(entries, groupName);
-  if (found != nullptr || tolerateAbsence) return found;
-  throw Sumara::CException(164, ListContext(entries, variableName));
-}
-
-VariablePtr Run::FindVariable(std::string const& variableName, std::string const& groupName) {
-  if (variableName.empty()) throw Sumara::CException(158);
-  if (!m_headerExtensions.empty()) RefreshIfChanged();
-  if (VariableEntries* entries = FindEntries(variableName)) {
-    // A name that stands in other groups only is sought in the headers of the group that was named.
-    const VariableEntry* entry =
-        Disambiguate(*entries, variableName, groupName, /*tolerateAbsence=*/true);
-    if (entry != nullptr && entry->variable != nullptr) return entry->variable;
+  const Holders inGroup = InGroup(known, groupName);
+  if (!inGroup.empty()) {
+    return &*std::find_if(known.begin(), known.end(), [&](const Holder& holder) {
+      return holder.header == inGroup.front().header;
+    });
   }
-  return LoadVariable(variableName, groupName);
+  if (toleratesAbsence) return nullptr;
+  throw Sumara::CException(164, ListContext(known, name));
 }
 
-/// Puts a variable into the entry of its group that has none. Of the entries that were `known`
-/// before one may hold a variable of that group already; it stays. Groups of one name have an entry
-/// each.
-void Run::Merge(VariableEntries& entries, std::size_t known, std::string const& groupName,
-                VariablePtr variable) {
-  bool isKnown = false;
-  for (std::size_t i = 0; i < known; ++i) {
-    if (!Sumara::EqualsNoCase(entries[i].group, groupName)) continue;
-    isKnown = true;
-    if (entries[i].variable != nullptr) continue;
-    entries[i].variable = std::move(variable);
-    return;
+void RunContents::CheckDirectory() const {
+  if (!Sumara::IsDirectory(m_directory))
+    throw Sumara::CException(139, Sumara::DirectoryContext(m_directory));
+}
+
+VariablePtr RunContents::VariableOf(const Holder& holder, std::uint32_t targetType) {
+  GroupContents& contents = ContentsOf(holder);
+  if (contents.IsUnloaded(holder.place)) {
+    CheckDirectory();
+    ReadHeader(m_headers[holder.header], targetType);
   }
-  if (!isKnown) entries.push_back({groupName, std::move(variable)});
+  return contents.RunVariable(holder.place);
 }
 
-VariablePtr Run::LoadVariable(std::string const& variableName, std::string const& groupName) {
-  if (!Sumara::IsDirectory(Directory()))
-    throw Sumara::CException(139, Sumara::DirectoryContext(Directory()));
-  if (m_headerExtensions.empty()) FindHeaders();
-  const std::uint32_t targetType = State().TargetType();
-  struct Found {
-    std::string name;
-    std::string group;
-    VariablePtr variable;
-  };
-  std::vector<Found> found;
-  for (const std::string& extension : m_headerExtensions) {
-    const auto group = m_control->GetGroup(DirectoryAndName() + extension,
-                                           Sumara::PreviewMode::kWithoutStatistics, targetType);
-    if (!groupName.empty() && !Sumara::EqualsNoCase(group->GetName(), groupName)) continue;
-    std::string name;
-    if (!group->FindSeriesName(variableName, name)) continue;
-    found.push_back(
-        {name, group->GetName(), CreateVariable(name, group, m_control, /*dataType=*/0)});
+/// The holder of a name that is known; none if it is to be sought in the headers.
+std::optional<RunContents::Holder> RunContents::FindKnown(const std::string& name,
+                                                          const std::string& groupName,
+                                                          std::uint32_t targetType) {
+  const Holders known = KnownOf(name, HoldersOf(name));
+  if (known.empty()) return std::nullopt;
+  // A name that is known of other groups only is sought in the headers of the group that was named.
+  const Holder* holder = Choose(known, name, groupName, /*toleratesAbsence=*/true);
+  if (holder != nullptr && !groupName.empty() && ContentsOf(*holder).Name() != groupName) {
+    // Headers that were not read yet may tell of a group that is spelled so.
+    ReadAsFarAsPossible(targetType);
+    holder = Choose(known, name, groupName, /*toleratesAbsence=*/true);
   }
-  if (!found.empty()) {
-    VariableEntries& entries = (*m_variables)[found.front().name];
-    const std::size_t known = entries.size();
-    for (Found& each : found) Merge(entries, known, each.group, std::move(each.variable));
-  }
-  VariableEntries none;
-  VariableEntries* entries = FindEntries(variableName);
-  return Disambiguate(entries != nullptr ? *entries : none, variableName, groupName,
-                      /*tolerateAbsence=*/false)
-      ->variable;
+  if (holder == nullptr) return std::nullopt;
+  return *holder;
 }
 
-VariablePtr Run::GetVariable(std::string const& variableName) {
-  VariablePtr variable = FindVariable(variableName, {});
-  if (variable == nullptr) throw Sumara::CException(159, PlainContext(variableName, {}));
-  return variable;
+VariablePtr RunContents::GetVariable(const std::string& name, const std::string& groupName,
+                                     std::uint32_t targetType) {
+  if (const auto known = FindKnown(name, groupName, targetType))
+    return VariableOf(*known, targetType);
+  CheckDirectory();
+  ListHeaders();
+  ReadHeaders(targetType);
+  const Holders holders = HoldersOf(name);
+  const Holders sought = InGroup(holders, groupName);
+  for (const Holder& holder : sought) ContentsOf(holder).CheckVariable(holder.place);
+  Know(name, sought);
+  const Holders known = KnownOf(name, holders);
+  return VariableOf(*Choose(known, name, groupName, /*toleratesAbsence=*/false), targetType);
 }
 
-VariablePtr Run::GetVariableFromSpecificOutputGroup(std::string const& variableName,
-                                                    std::string const& specificGroupName) {
-  if (specificGroupName.empty()) throw Sumara::CException(156, PlainContext(variableName, {}));
-  VariablePtr variable = FindVariable(variableName, specificGroupName);
-  if (variable == nullptr)
-    throw Sumara::CException(159, PlainContext(variableName, specificGroupName));
-  return variable;
-}
-
-bool Run::Contains(std::string const& variableName, std::size_t dimensions) {
+bool RunContents::UnloadVariable(const std::string& name, const std::string& groupName) {
+  const Holders known = KnownOf(name, HoldersOf(name));
+  if (known.empty()) return false;
+  const Holder* holder = nullptr;
   try {
-    return GetVariable(variableName)->GetNumberOfIndependentVariables() == dimensions;
+    holder = Choose(known, name, groupName, /*toleratesAbsence=*/false);
   } catch (const CExceptionBase& failure) {
-    return failure.ErrorCode() == kFoundInSeveralGroups;
+    throw Sumara::CException(160, VariableContext(name, groupName, RunPath()), failure.what());
   }
-}
-
-bool Run::ContainsVariable1D(std::string const& variableName) { return Contains(variableName, 1); }
-bool Run::ContainsVariable2D(std::string const& variableName) { return Contains(variableName, 2); }
-
-bool Run::Unload(std::string const& variableName, std::string const& groupName) {
-  if (variableName.empty()) throw Sumara::CException(158);
-  VariableEntries* entries = FindEntries(variableName);
-  if (entries == nullptr || entries->empty()) return false;
-  VariableEntry* entry = nullptr;
-  try {
-    entry = Disambiguate(*entries, variableName, groupName, /*tolerateAbsence=*/false);
-  } catch (const CExceptionBase& failure) {
-    throw Sumara::CException(160, PlainContext(variableName, groupName), failure.what());
-  }
-  if (entry->variable != nullptr) entry->variable->Unload();
-  entry->variable.reset();
+  ContentsOf(*holder).Unload(holder->place);
   return true;
 }
-
-bool Run::UnloadVariable(std::string const& variableName) { return Unload(variableName, {}); }
-
-bool Run::UnloadVariableFromSpecificGroup(std::string const& variableName,
-                                          std::string const& specificGroupName) {
-  if (specificGroupName.empty()) throw Sumara::CException(156, PlainContext(variableName, {}));
-  return Unload(variableName, specificGroupName);
-}
-
-// Typed variables.
-
-template <class T>
-std::shared_ptr<Variable1D<T>> Run::GetVariable1D(std::string const& variableName) {
-  return NarrowVariable<Variable1D<T>>(GetVariable(variableName), DirectoryAndName());
-}
-
-template <class T>
-std::shared_ptr<Variable1D<T>> Run::GetVariable1DFromSpecificOutputGroup(
-    std::string const& variableName, std::string const& specificGroupName) {
-  return NarrowVariable<Variable1D<T>>(
-      GetVariableFromSpecificOutputGroup(variableName, specificGroupName), DirectoryAndName());
-}
-
-template <class T>
-std::shared_ptr<Variable2D<T>> Run::GetVariable2D(std::string const& variableName) {
-  return NarrowVariable<Variable2D<T>>(GetVariable(variableName), DirectoryAndName());
-}
-
-template <class T>
-std::shared_ptr<Variable2D<T>> Run::GetVariable2DFromSpecificOutputGroup(
-    std::string const& variableName, std::string const& specificGroupName) {
-  return NarrowVariable<Variable2D<T>>(
-      GetVariableFromSpecificOutputGroup(variableName, specificGroupName), DirectoryAndName());
-}
-
-#define TABULON_INSTANTIATE(T)                                                          \
-  template std::shared_ptr<Variable1D<T>> Run::GetVariable1D<T>(std::string const&);    \
-  template std::shared_ptr<Variable1D<T>> Run::GetVariable1DFromSpecificOutputGroup<T>( \
-      std::string const&, std::string const&);                                          \
-  template std::shared_ptr<Variable2D<T>> Run::GetVariable2D<T>(std::string const&);    \
-  template std::shared_ptr<Variable2D<T>> Run::GetVariable2DFromSpecificOutputGroup<T>( \
-      std::string const&, std::string const&);
-TABULON_FOR_EACH_PUBLIC_TYPE(TABULON_INSTANTIATE)
-#undef TABULON_INSTANTIATE
 
 }  // namespace SumaraApi

@@ -1,6 +1,8 @@
 #include "api/run_search.h"
 
 #include <filesystem>
+#include <type_traits>
+#include <utility>
 
 #include "api/process_state.h"
 #include "api/run.h"
@@ -50,7 +52,20 @@ std::string CanonicalTerminationPath(const Sumara::DirectoryWalk& walk) {
 RunPtr CachedOrNewRun(const std::string& path) {
   const auto& runs = State().runs;
   const auto cached = runs.find(path);
-  return cached != runs.end() ? cached->second : std::make_shared<Run>(path, State().bufferedRead);
+  if (cached != runs.end() && !IsOfAnotherName(*cached->second, path)) return cached->second;
+  return std::make_shared<Run>(path, State().bufferedRead);
+}
+
+/// Caches what was found in place of what is there; it caches all or nothing.
+void CacheRuns(const std::vector<RunPtr>& found) {
+  auto& runs = State().runs;
+  std::remove_reference_t<decltype(runs)> entries;
+  for (const RunPtr& run : found) entries.insert_or_assign(run->GetTerminationFilePath(), run);
+  runs.reserve(runs.size() + entries.size());
+  while (!entries.empty()) {
+    auto entered = runs.insert(entries.extract(entries.begin()));
+    if (!entered.inserted) entered.position->second = std::move(entered.node.mapped());
+  }
 }
 
 std::vector<RunPtr> Walk(const std::string& rootDirectory, const RunQuery& query) {
@@ -84,6 +99,11 @@ bool RunNameMatcher::Matches(std::string_view fileName) {
   return Sumara::EqualsNoCase(name, m_pattern);
 }
 
+bool IsOfAnotherName(const Run& run, const std::string& path) {
+  const std::string own = run.GetTerminationFilePath();
+  return own != path && !Sumara::Exists(own);
+}
+
 bool IsFilterSkipped() {
   const SearchFilters& filters = State().filters;
   return filters.calculationType == CalculationType::AllCalculationTypes &&
@@ -108,10 +128,7 @@ std::vector<RunPtr> SearchRuns(const std::string& rootDirectory, const RunQuery&
   } catch (const std::filesystem::filesystem_error& failure) {
     throw Sumara::CException(140, Sumara::DirectoryContext(rootDirectory), failure.what());
   }
-  if (State().runCaching) {
-    for (const RunPtr& run : found)
-      State().runs.insert_or_assign(run->GetTerminationFilePath(), run);
-  }
+  if (State().runCaching) CacheRuns(found);
   return found;
 }
 

@@ -33,6 +33,10 @@ class RunNameMatcher {
   std::optional<NameExpression> m_expression;
 };
 
+/// Whether a run that is cached for the termination file at `path` is that of a file of another
+/// spelling that is no longer there.
+bool IsOfAnotherName(const Run& run, const std::string& path);
+
 /// Whether the settings let every run pass, so that nothing has to be asked of a run.
 bool IsFilterSkipped();
 

@@ -43,7 +43,8 @@ RunPtr TabulonApi::GetRun(std::string const& directory, std::string const& runNa
     throw Sumara::CException(wasCached ? 142 : 141, Sumara::FileContext(path));
   }
   if (cached != runs.end()) {
-    if (!cached->second->HasChanged()) return cached->second;
+    if (!IsOfAnotherName(*cached->second, path) && !cached->second->HasChanged())
+      return cached->second;
     runs.erase(cached);
   }
   return MakeRun(path);

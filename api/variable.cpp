@@ -4,6 +4,7 @@
 
 #include "api/group_facts.h"
 #include "api/independent_variable.h"
+#include "api/independent_variables.h"
 #include "core/exceptions.h"
 #include "model/control.h"
 #include "model/group.h"
@@ -13,13 +14,12 @@
 namespace SumaraApi {
 
 Variable::Variable(std::string name, std::shared_ptr<Sumara::IGroup> group,
-                   std::shared_ptr<Sumara::CControl> control)
-    : m_name(std::move(name)), m_group(std::move(group)), m_control(std::move(control)) {
-  for (std::uint32_t position = 0; position < m_group->GetNumberOfAxes(); ++position) {
-    m_independentVariables.push_back(std::make_shared<IndependentVariable>(
-        m_group->GetAxis(position, /*mustExist=*/true), m_group));
-  }
-}
+                   std::shared_ptr<Sumara::CControl> control,
+                   std::shared_ptr<IndependentVariables> independentVariables)
+    : m_name(std::move(name)),
+      m_group(std::move(group)),
+      m_control(std::move(control)),
+      m_independentVariables(std::move(independentVariables)) {}
 
 Variable::~Variable() = default;
 
@@ -54,6 +54,10 @@ double Variable::GetTimeDomainSimulationLength() const { return TimeDomainLength
 std::size_t Variable::GetDataPointCount() const { return DataPointCountOf(*m_group); }
 VariableDataType Variable::GetDataType() const { return DataTypeOf(*m_group); }
 VariableDataFormat Variable::GetDataFormat() const { return DataFormatOf(*m_group); }
+
+std::vector<IndependentVariablePtr> Variable::GetIndependentVariables() const {
+  return m_independentVariables->All();
+}
 
 void Variable::EnsureStatistics() {
   if (m_group->GetPreviewMode() == Sumara::PreviewMode::kWithoutStatistics) {

@@ -15,6 +15,8 @@ class IGroup;
 
 namespace SumaraApi {
 
+class IndependentVariables;
+
 /// One dependent variable of an output group: what can be told of it without its data.
 ///
 /// `Variable1D` and `Variable2D` reach the data and the statistics. A variable keeps its group
@@ -58,13 +60,12 @@ class Variable {
   VariableDataFormat GetDataFormat() const;
 
   /// Primary first.
-  std::vector<IndependentVariablePtr> GetIndependentVariables() const {
-    return m_independentVariables;
-  }
+  std::vector<IndependentVariablePtr> GetIndependentVariables() const;
 
  protected:
   Variable(std::string name, std::shared_ptr<Sumara::IGroup> group,
-           std::shared_ptr<Sumara::CControl> control);
+           std::shared_ptr<Sumara::CControl> control,
+           std::shared_ptr<IndependentVariables> independentVariables);
 
   /// Has the header's statistics read, if the group was loaded without them.
   void EnsureStatistics();
@@ -75,7 +76,7 @@ class Variable {
   std::string m_name;
   std::shared_ptr<Sumara::IGroup> m_group;
   std::shared_ptr<Sumara::CControl> m_control;
-  std::vector<IndependentVariablePtr> m_independentVariables;
+  std::shared_ptr<IndependentVariables> m_independentVariables;
 
  private:
   std::string m_siUnit;

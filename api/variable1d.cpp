@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "api/independent_variables.h"
 #include "api/variable_statistics.h"
 #include "model/control.h"
 #include "model/group1d.h"
@@ -10,8 +11,10 @@ namespace SumaraApi {
 
 template <class T>
 Variable1D<T>::Variable1D(std::string name, std::shared_ptr<Sumara::IGroup> group,
-                          std::shared_ptr<Sumara::CControl> control)
-    : Variable(std::move(name), std::move(group), std::move(control)) {}
+                          std::shared_ptr<Sumara::CControl> control,
+                          std::shared_ptr<IndependentVariables> independentVariables)
+    : Variable(std::move(name), std::move(group), std::move(control),
+               std::move(independentVariables)) {}
 
 template <class T>
 Variable1D<T>::~Variable1D() = default;
@@ -46,7 +49,7 @@ std::shared_ptr<std::vector<T>> Variable1D<T>::ShareData() {
 
 template <class T>
 IndependentVariablePtr Variable1D<T>::GetIndependentVariable() const {
-  return m_independentVariables.front();
+  return m_independentVariables->All().front();
 }
 
 template <class T>

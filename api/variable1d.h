@@ -24,7 +24,8 @@ template <class T>
 class Variable1D : public Variable {
  public:
   Variable1D(std::string name, std::shared_ptr<Sumara::IGroup> group,
-             std::shared_ptr<Sumara::CControl> control);
+             std::shared_ptr<Sumara::CControl> control,
+             std::shared_ptr<IndependentVariables> independentVariables);
   ~Variable1D() override;
 
   void Unload() override;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "api/group_facts.h"
+#include "api/independent_variables.h"
 #include "api/variable_statistics.h"
 #include "model/control.h"
 #include "model/group2d.h"
@@ -16,8 +17,10 @@ constexpr std::int32_t kSecondaryValueNotFound = 43;
 
 template <class T>
 Variable2D<T>::Variable2D(std::string name, std::shared_ptr<Sumara::IGroup> group,
-                          std::shared_ptr<Sumara::CControl> control)
-    : Variable(std::move(name), std::move(group), std::move(control)) {}
+                          std::shared_ptr<Sumara::CControl> control,
+                          std::shared_ptr<IndependentVariables> independentVariables)
+    : Variable(std::move(name), std::move(group), std::move(control),
+               std::move(independentVariables)) {}
 
 template <class T>
 Variable2D<T>::~Variable2D() = default;
@@ -140,14 +143,14 @@ template <class T>
 IndependentVariablePtr Variable2D<T>::GetIndependentVariable(
     std::string const& independentVariableName) const {
   return FindIndependentVariable(
-      m_independentVariables, independentVariableName,
+      m_independentVariables->All(), independentVariableName,
       "Independent variable name requested: '" + independentVariableName + "'" + Context());
 }
 
 template <class T>
 IndependentVariablePtr Variable2D<T>::GetIndependentVariable(
     IndependentVariableId const independentVariableId) const {
-  return FindIndependentVariable(m_independentVariables, independentVariableId, Context());
+  return FindIndependentVariable(m_independentVariables->All(), independentVariableId, Context());
 }
 
 // Statistics.

@@ -29,7 +29,8 @@ template <class T>
 class Variable2D : public Variable {
  public:
   Variable2D(std::string name, std::shared_ptr<Sumara::IGroup> group,
-             std::shared_ptr<Sumara::CControl> control);
+             std::shared_ptr<Sumara::CControl> control,
+             std::shared_ptr<IndependentVariables> independentVariables);
   ~Variable2D() override;
 
   void Unload() override;

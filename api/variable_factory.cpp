@@ -11,28 +11,40 @@ namespace {
 
 template <class T>
 VariablePtr Make(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
-                 const std::shared_ptr<Sumara::CControl>& control) {
-  if (group->GetNumberOfAxes() == 1) return std::make_shared<Variable1D<T>>(name, group, control);
-  return std::make_shared<Variable2D<T>>(name, group, control);
+                 const std::shared_ptr<Sumara::CControl>& control,
+                 const IndependentVariablesPtr& independentVariables) {
+  if (group->GetNumberOfAxes() == 1)
+    return std::make_shared<Variable1D<T>>(name, group, control, independentVariables);
+  return std::make_shared<Variable2D<T>>(name, group, control, independentVariables);
 }
 
 }  // namespace
 
+void CheckVariable(const std::string& name, const Sumara::IGroup& group, std::uint32_t dataType) {
+  const std::size_t axes = group.GetNumberOfAxes();
+  if (axes != 1 && axes != 2) throw Sumara::CException(170, Sumara::GroupContext(&group));
+  switch (dataType != 0 ? dataType : group.GetDataType()) {
+    case Sumara::kFloatCode:
+    case Sumara::kDoubleCode:
+    case Sumara::kIntCode:
+      return;
+    default:
+      throw Sumara::CException(172, Sumara::SeriesContext(name, &group), "Data type not supported");
+  }
+}
+
 VariablePtr CreateVariable(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
                            const std::shared_ptr<Sumara::CControl>& control,
+                           const IndependentVariablesPtr& independentVariables,
                            std::uint32_t dataType) {
-  const std::size_t axes = group->GetNumberOfAxes();
-  if (axes != 1 && axes != 2) throw Sumara::CException(170, Sumara::GroupContext(group.get()));
+  CheckVariable(name, *group, dataType);
   switch (dataType != 0 ? dataType : group->GetDataType()) {
     case Sumara::kFloatCode:
-      return Make<float>(name, group, control);
+      return Make<float>(name, group, control, independentVariables);
     case Sumara::kDoubleCode:
-      return Make<double>(name, group, control);
-    case Sumara::kIntCode:
-      return Make<int>(name, group, control);
+      return Make<double>(name, group, control, independentVariables);
     default:
-      throw Sumara::CException(172, Sumara::SeriesContext(name, group.get()),
-                               "Data type not supported");
+      return Make<int>(name, group, control, independentVariables);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "api/independent_variables.h"
 #include "api/types.h"
 
 namespace Sumara {
@@ -13,10 +14,15 @@ class IGroup;
 
 namespace SumaraApi {
 
+/// Refuses a variable of another type than the public classes have, or of an odd number of axes.
+/// \throws Sumara::CException 170, 172
+void CheckVariable(const std::string& name, const Sumara::IGroup& group, std::uint32_t dataType);
+
 /// Makes the variable of a group in the type of code `dataType`, or in the group's own for 0.
 /// \throws Sumara::CException 170, 172
 VariablePtr CreateVariable(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
                            const std::shared_ptr<Sumara::CControl>& control,
+                           const IndependentVariablesPtr& independentVariables,
                            std::uint32_t dataType);
 
 }  // namespace SumaraApi

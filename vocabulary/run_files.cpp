@@ -2,11 +2,18 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
-#include "core/directory.h"
 #include "core/text.h"
 
 namespace SumaraApi {
+namespace {
+
+bool IsUnsure(const Sumara::DirectoryEntry& entry) {
+  return entry.type == Sumara::EntryType::kLink || entry.type == Sumara::EntryType::kUnknown;
+}
+
+}  // namespace
 
 bool IsTerminationFileName(std::string_view fileName) {
   return Sumara::EqualsNoCase(Sumara::ExtensionOf(fileName), kTerminationExtension);
@@ -32,18 +39,62 @@ CalculationType CalculationTypeOfExtension(std::string_view extension) {
   return CalculationType::Unknown;
 }
 
-void ForEachFileOfRun(const std::string& directory, const std::string& runName,
-                      const std::function<bool(const std::string& fileName)>& visit) {
-  Sumara::DirectoryReader entries(directory, "directory_iterator::directory_iterator");
-  while (const Sumara::DirectoryEntry* entry = entries.Next("directory_iterator::operator++")) {
-    // Most entries tell their type; a link that cannot be followed is an error, whatever its name.
-    if (entry->type != Sumara::EntryType::kFile &&
-        !Sumara::IsRegularFile(directory + entry->name, entry->type)) {
-      continue;
-    }
-    if (!Sumara::EqualsNoCase(Sumara::StemOf(entry->name), runName)) continue;
-    if (!visit(entry->name)) return;
+DirectoryListing::DirectoryListing(std::string directory) : m_directory(std::move(directory)) {
+  Sumara::DirectoryReader reader(m_directory, "directory_iterator::directory_iterator");
+  while (const Sumara::DirectoryEntry* entry = reader.Next("directory_iterator::operator++")) {
+    const auto at = static_cast<std::uint32_t>(m_entries.size());
+    m_entries.push_back(*entry);
+    if (IsUnsure(*entry)) m_unsure.push_back(at);
+    m_byBaseName.push_back({Sumara::HashNoCase{}(Sumara::StemOf(entry->name)), at});
   }
+  std::stable_sort(m_byBaseName.begin(), m_byBaseName.end(),
+                   [](const Hashed& a, const Hashed& b) { return a.hash < b.hash; });
+}
+
+/// Whether each of the entries that the directory does not tell of is a regular file.
+std::vector<bool> DirectoryListing::AskUnsureEntries() const {
+  // What the directory tells of its entries says nothing of whether they can be reached: the first
+  // one shows that for all.
+  if (!m_entries.empty()) {
+    Sumara::IsRegularFile(m_directory + m_entries.front().name, Sumara::EntryType::kUnknown);
+  }
+  std::vector<bool> areFiles;
+  for (const std::uint32_t at : m_unsure) {
+    const Sumara::DirectoryEntry& entry = m_entries[at];
+    areFiles.push_back(Sumara::IsRegularFile(m_directory + entry.name, entry.type));
+  }
+  return areFiles;
+}
+
+std::vector<std::string> DirectoryListing::FilesOf(std::string_view runName) const {
+  const std::vector<bool> areFiles = AskUnsureEntries();
+  const auto isFile = [&](std::uint32_t at) {
+    const auto unsure = std::lower_bound(m_unsure.begin(), m_unsure.end(), at);
+    if (unsure == m_unsure.end() || *unsure != at)
+      return m_entries[at].type == Sumara::EntryType::kFile;
+    return static_cast<bool>(areFiles[static_cast<std::size_t>(unsure - m_unsure.begin())]);
+  };
+  std::vector<std::string> spelledSo;
+  std::vector<std::string> others;
+  const Hashed sought{Sumara::HashNoCase{}(runName), 0};
+  const auto [begin, end] =
+      std::equal_range(m_byBaseName.begin(), m_byBaseName.end(), sought,
+                       [](const Hashed& a, const Hashed& b) { return a.hash < b.hash; });
+  for (auto found = begin; found != end; ++found) {
+    const std::string& name = m_entries[found->entry].name;
+    const std::string_view stem = Sumara::StemOf(name);
+    if (!Sumara::EqualsNoCase(stem, runName) || !isFile(found->entry)) continue;
+    (stem == runName ? spelledSo : others).push_back(name);
+  }
+  for (std::string& other : others) {
+    const std::string_view extension = Sumara::ExtensionOf(other);
+    const bool isThere =
+        std::any_of(spelledSo.begin(), spelledSo.end(), [&](const std::string& name) {
+          return Sumara::EqualsNoCase(Sumara::ExtensionOf(name), extension);
+        });
+    if (!isThere) spelledSo.push_back(std::move(other));
+  }
+  return spelledSo;
 }
 
 }  // namespace SumaraApi

@@ -1,9 +1,12 @@
 #pragma once
 
-#include <functional>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "core/directory.h"
 #include "vocabulary/enumerations.h"
 
 // Which names belong to a run. Its files stand in one directory and share a base name, whatever its
@@ -28,10 +31,36 @@ std::int32_t HeaderNumberOf(std::string_view extension);
 /// leave, whatever its case; `Unknown` for any other extension.
 CalculationType CalculationTypeOfExtension(std::string_view extension);
 
-/// Calls `visit` with the name of each regular file of `directory` whose base name is `runName`,
-/// whatever its case, in the order of the directory, until it returns false.
-/// \throws std::filesystem::filesystem_error
-void ForEachFileOfRun(const std::string& directory, const std::string& runName,
-                      const std::function<bool(const std::string& fileName)>& visit);
+/// What one directory holds, as it lists it, found by the runs that files belong to.
+class DirectoryListing {
+ public:
+  /// \param directory with a trailing separator.
+  /// \throws std::filesystem::filesystem_error named by "directory_iterator".
+  explicit DirectoryListing(std::string directory);
+
+  const std::string& Directory() const { return m_directory; }
+
+  /// The names of the regular files whose base name is `runName`, whatever its case, in the order
+  /// of the directory. Those whose base name is spelled so come first; of the others those are left
+  /// out whose extension came before.
+  ///
+  /// Of links the targets are asked for anew; one that cannot be followed is an error, whatever its
+  /// name, and so is a directory whose entries cannot be asked for.
+  /// \throws std::filesystem::filesystem_error with the word "status".
+  std::vector<std::string> FilesOf(std::string_view runName) const;
+
+ private:
+  struct Hashed {
+    std::size_t hash;  ///< of the base name, whatever its case
+    std::uint32_t entry;
+  };
+
+  std::vector<bool> AskUnsureEntries() const;
+
+  std::string m_directory;
+  std::vector<Sumara::DirectoryEntry> m_entries;
+  std::vector<Hashed> m_byBaseName;     ///< sorted; of equal hashes in the order of the directory
+  std::vector<std::uint32_t> m_unsure;  ///< links, and what the directory tells nothing of
+};
 
 }  // namespace SumaraApi

@@ -269,4 +269,20 @@ TEST_F(TabulonApiTest, SearchFiltersDoNotApply) {
   EXPECT_EQ(Get("run1")->GetName(), "run1");
 }
 
+TEST_F(TabulonApiTest, CachedRunWhoseFileWasRenamedInCaseGivesWay) {
+  const auto sample = Sample("run1");
+  const RunPtr before = Get("run1");
+  std::filesystem::rename(sample.Path(".$TE"), Path("RUN1.$TE"));
+  const RunPtr after = Get("RUN1");
+  EXPECT_NE(after, before);
+  EXPECT_EQ(after->GetName(), "RUN1");
+  EXPECT_EQ(Get("RUN1"), after);
+  std::filesystem::rename(Path("RUN1.$TE"), Path("Run1.$TE"));
+  const auto found = TabulonApi::GetRuns(m_directory.Path());
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_NE(found.front(), after);
+  EXPECT_EQ(found.front()->GetTerminationFileContent(), "Run completed");
+  EXPECT_EQ(Get("Run1"), found.front());
+}
+
 }  // namespace

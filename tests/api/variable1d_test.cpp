@@ -190,11 +190,21 @@ TEST_F(Variable1DTest, UnloadOfTheRunReachesTheVariable) {
   EXPECT_EQ(*again, *data);
 }
 
-TEST_F(Variable1DTest, NameThatIsSpelledExactlyComesBeforeOneThatIsNot) {
-  Write({.variables = {{"x", "L"}, {"X", "L"}}});
+TEST_F(Variable1DTest, NamesThatDifferInCaseOnlyHaveValuesOfTheirOwn) {
+  Write({.variables = {{"speed", "L"}, {"Speed", "L"}}});
   const RunPtr run = Get("run1");
-  EXPECT_EQ(run->GetVariable("X")->GetName(), "X");
-  EXPECT_EQ(run->GetVariable1D<float>("X")->GetData(), (std::vector<float>{10, 40, 20, 30}));
+  const std::vector<float> first = {1, 4, 2, 3};
+  const std::vector<float> second = {10, 40, 20, 30};
+  EXPECT_EQ(run->GetVariable1D<float>("Speed")->GetData(), second);
+  EXPECT_EQ(run->GetVariable1D<float>("speed")->GetData(), first);
+  EXPECT_EQ(run->GetVariable1D<float>("SPEED")->GetData(), first);
+  const auto group = run->GetGroup("Rotor");
+  EXPECT_EQ(group->GetVariable("Speed")->GetName(), "Speed");
+  EXPECT_EQ(group->GetVariable("SPEED")->GetName(), "speed");
+  EXPECT_EQ(group->GetVariable1D<float>("Speed")->GetData(), second);
+  const auto all = group->GetAllVariables1D<float>();
+  EXPECT_EQ(all[0]->GetData(), first);
+  EXPECT_EQ(all[1]->GetData(), second);
 }
 
 // Statistics.

@@ -12,6 +12,7 @@
 namespace {
 
 using SumaraApi::CreateVariable;
+using SumaraApi::IndependentVariables;
 using testing_support::Add;
 using testing_support::MessageOf;
 using testing_support::NewGroup1D;
@@ -21,7 +22,8 @@ TEST(VariableWithoutAGroupTest, QuantityAndUnitOfANameThatTheGroupLost) {
   const auto group = NewGroup1D<float>();
   Add<float>(*group, "Mx");
   const auto control = std::make_shared<Sumara::CControl>();
-  const auto variable = CreateVariable("Mx", group, control, /*dataType=*/0);
+  const auto variable = CreateVariable(
+      "Mx", group, control, std::make_shared<IndependentVariables>(group), /*dataType=*/0);
   EXPECT_EQ(variable->GetQuantityCode(), "FL");
   group->RemoveSeries("Mx");
   const std::string cause =
@@ -36,7 +38,7 @@ TEST(VariableWithoutAGroupTest, QuantityAndUnitOfANameThatTheGroupLost) {
 
 TEST(VariableWithoutAGroupTest, GroupHasOneAxisOrTwo) {
   const auto group = std::make_shared<UnusualGroup>();
-  const auto create = [&] { CreateVariable("Mx", group, nullptr, /*dataType=*/0); };
+  const auto create = [&] { CreateVariable("Mx", group, nullptr, nullptr, /*dataType=*/0); };
   const std::string failure =
       "Sumara Tables error: Group has unsupported number of axes.\nFurther information: File "
       "path: ./Loads";

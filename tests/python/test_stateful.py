@@ -122,12 +122,16 @@ class Walk(RuleBasedStateMachine, DataWork):
         flat, run, place = self.groups[which % len(self.groups)]
         shape = SHAPES[place]
         name = shape.names[variable % len(shape.names)]
-        dtype = run.registry[place].dtype
+        known = run.registry.get(place)
+        dtype = shape.stored if known is None else known.dtype
 
         def predict() -> GroupCache:
             if not self.is_alive(run):
                 raise Refused("the run it belongs to was unloaded")
-            return run.find(name, shape.name, TARGETS[self.model.target])
+            found = run.find(name, shape.name, TARGETS[self.model.target], exact=True)
+            if found.dtype != dtype:
+                raise Refused("The variable was requested using a data type that does not match")
+            return found
 
         axes = 2 if shape.two_axes else 1
         call = getattr(flat, f"_GROUPPREFIX_get_variable_{axes}d_{dtype}")

@@ -34,12 +34,21 @@ class Loaded:
     changed: bool = False
 
 
+class Registry(dict[int, "GroupCache"]):
+    """The groups that a run has read since it last noticed a change."""
+
+    def __init__(self, *, buffered: bool) -> None:
+        super().__init__()
+        self.buffered = buffered
+
+
 @dataclass
 class GroupCache:
     """An output group in a run's memory."""
 
     place: int
     dtype: str
+    registry: Registry
     preview: bool = True
     #: Version of the header whose figures were read.
     figures: int | None = None
@@ -64,10 +73,10 @@ class RunCache:
     """A run, as the library holds it."""
 
     def __init__(self, files: ChangingRun, *, buffered: bool) -> None:
-        self.files, self.buffered = files, buffered
+        self.files = files
         self.time: int | None = None
         self.headers: list[int] = []
-        self.registry: dict[int, GroupCache] = {}
+        self.registry = Registry(buffered=buffered)
         self.entries: dict[str, list[Entry]] = {}
         self.groups: list[int] = []
         self.is_supported: bool | None = None
@@ -90,6 +99,7 @@ class RunCache:
         if not self.has_changed():
             return False
         self.headers, self.groups, self.entries = [], [], {}
+        self.registry = Registry(buffered=self.registry.buffered)
         return True
 
     def ending_content(self) -> str:
@@ -118,17 +128,35 @@ class RunCache:
             return known
         if self.files.headers[place] is None:
             raise Refused(NOT_THERE)
-        known = self.registry[place] = GroupCache(place, target or SHAPES[place].stored)
+        known = self.registry[place] = GroupCache(
+            place, target or SHAPES[place].stored, self.registry
+        )
         return known
 
-    def find(self, name: str, group: str, target: str | None) -> GroupCache:
-        """Return the group in which a name is found, in all groups or in one."""
+    def read_on(self, target: str | None) -> None:
+        """Read headers as far as can be; one may spell the name of a group as asked."""
+        try:
+            for place in self.headers:
+                self.group(place, target)
+        except Refused:
+            pass
+
+    def find(self, name: str, group: str, target: str | None, *, exact: bool = False) -> GroupCache:
+        """Return the group in which a name is found, in all groups or in one.
+
+        The name of the group is asked for in another case, or `exact`.
+        """
         if self.headers:
             self.refresh()
         entries = self.entries.get(name, [])
         if entries:
             entry = self._chosen(entries, group, tolerant=True)
-            if entry is not None and entry.filled:
+            if entry is not None:
+                if group and not exact:
+                    self.read_on(target)
+                if not entry.filled:
+                    self.group(entry.place, target)
+                    entry.filled = True
                 return self.registry[entry.place]
         self.list_headers()
         found = []
@@ -170,6 +198,7 @@ class RunCache:
         if self.groups and not self.refresh():
             known = [place for place in self.groups if SHAPES[place].name == name]
             if known:
+                self.read_on(target)
                 return known[0]
         self._load_groups(name, target)
         known = [place for place in self.groups if SHAPES[place].name == name]
@@ -190,16 +219,33 @@ class RunCache:
         if not self.is_supported:
             raise Refused("The request cannot be fulfilled for an unsupported calculation type")
         self.list_headers()
+        if name is not None:
+            found = self._place_of(name, target)
+            if found is not None:
+                self._hand_out(found)
+            return
         for place in self.headers:
             self.group(place, target)
-            is_wanted = place not in self.groups if name is None else SHAPES[place].name == name
-            if not is_wanted:
-                continue
-            for each in SHAPES[place].names:
-                self._fill(each, place)
-            self.groups.append(place)
-            if name is not None:
-                return
+            if place not in self.groups:
+                self._hand_out(place)
+
+    def _place_of(self, name: str, target: str | None) -> int | None:
+        """Return the place of a group that is asked for in another case."""
+        found = None
+        try:
+            for place in self.headers:
+                self.group(place, target)
+                if SHAPES[place].name == name:
+                    found = place
+        except Refused:
+            if found is None:
+                raise
+        return found
+
+    def _hand_out(self, place: int) -> None:
+        for each in SHAPES[place].names:
+            self._fill(each, place)
+        self.groups.append(place)
 
     def unload(self, name: str, group: str) -> bool:
         entries = self.entries.get(name, [])
@@ -221,7 +267,7 @@ class RunCache:
     # Data and figures.
 
     def release_buffers(self) -> None:
-        self.buffered = False
+        self.registry.buffered = False
         for group in self.registry.values():
             group.buffer = None
 
@@ -233,7 +279,7 @@ class RunCache:
             values = SHAPES[group.place].values(self._version(group)).astype(group.dtype)
             for row in missing:
                 group.loaded[variable, row] = Loaded(values[variable, row].copy())
-        if group.is_whole or not self.buffered:
+        if group.is_whole or not group.registry.buffered:
             group.buffer = None
         return [group.loaded[variable, row] for row in rows]
 
@@ -242,7 +288,7 @@ class RunCache:
         version = self.files.data[group.place] if group.buffer is None else group.buffer
         if version is None:
             raise Refused(NOT_THERE)
-        if self.buffered and not self.files.texts[group.place]:
+        if group.registry.buffered and not self.files.texts[group.place]:
             group.buffer = version
         return version
 

@@ -1,11 +1,16 @@
 // The groups and variables of a run.
 
+#include <cctype>
 #include <filesystem>
+#include <utility>
 
 #include "api/group.h"
+#include "api/independent_variable.h"
+#include "api/output_group1d.h"
 #include "api/variable1d.h"
 #include "api/variable2d.h"
 #include "tests/api/api_test.h"
+#include "tests/api/unprivileged.h"
 
 namespace {
 
@@ -17,7 +22,7 @@ using testing_support::SampleGroup;
 using testing_support::SampleVariable;
 using testing_support::ValueAxis;
 
-class RunContentsTest : public testing_support::ApiTest {
+class RunLookupTest : public testing_support::ApiTest {
  protected:
   static SampleGroup OneAxis(const std::string& name, const std::vector<SampleVariable>& variables,
                              double first = 0.0) {
@@ -66,7 +71,7 @@ class RunContentsTest : public testing_support::ApiTest {
 
 // Groups.
 
-TEST_F(RunContentsTest, HeadersAreFilesOfTheRunWithANumber) {
+TEST_F(RunLookupTest, HeadersAreFilesOfTheRunWithANumber) {
   const auto sample = Sample("run1");
   sample.Group("1", OneAxis("one", {{"a", "L"}}));
   sample.Group("07", OneAxis("seven", {{"b", "L"}}));
@@ -82,7 +87,7 @@ TEST_F(RunContentsTest, HeadersAreFilesOfTheRunWithANumber) {
   EXPECT_EQ(run->GetGroup("many")->GetNumber(), 123u);
 }
 
-TEST_F(RunContentsTest, MissingGroupRaises157) {
+TEST_F(RunLookupTest, MissingGroupRaises157) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
   const std::string message =
@@ -96,7 +101,7 @@ TEST_F(RunContentsTest, MissingGroupRaises157) {
             "''");
 }
 
-TEST_F(RunContentsTest, RunWithoutHeadersIsUnsupported) {
+TEST_F(RunLookupTest, RunWithoutHeadersIsUnsupported) {
   Sample("run1");
   const std::string message =
       "Sumara Tables error: The request cannot be fulfilled for an unsupported calculation "
@@ -107,7 +112,7 @@ TEST_F(RunContentsTest, RunWithoutHeadersIsUnsupported) {
   EXPECT_EQ(MessageOf([&] { Get("run1")->GetVariable("a"); }), VariableNotFound("a"));
 }
 
-TEST_F(RunContentsTest, UnsupportedCalculationIsRefusedOnTheRoadThroughGroupsOnly) {
+TEST_F(RunLookupTest, UnsupportedCalculationIsRefusedOnTheRoadThroughGroupsOnly) {
   SampleGroup group = OneAxis("one", {{"a", "L"}});
   group.content = "WIND";
   Sample("run1").Group("01", group);
@@ -120,7 +125,7 @@ TEST_F(RunContentsTest, UnsupportedCalculationIsRefusedOnTheRoadThroughGroupsOnl
   EXPECT_TRUE(run->ContainsVariable1D("a"));
 }
 
-TEST_F(RunContentsTest, LowerCaseContentIsUnsupported) {
+TEST_F(RunLookupTest, LowerCaseContentIsUnsupported) {
   SampleGroup group = OneAxis("one", {{"a", "L"}});
   group.content = "powprod";
   Sample("run1").Group("01", group);
@@ -130,7 +135,7 @@ TEST_F(RunContentsTest, LowerCaseContentIsUnsupported) {
                 RunContext());
 }
 
-TEST_F(RunContentsTest, GroupsAreBuiltOnce) {
+TEST_F(RunLookupTest, GroupsAreBuiltOnce) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}})).Group("02", OneAxis("two", {{"b", "L"}}));
   const RunPtr run = Get("run1");
@@ -144,7 +149,7 @@ TEST_F(RunContentsTest, GroupsAreBuiltOnce) {
   EXPECT_EQ(run->GetGroup("one"), all[1]);
 }
 
-TEST_F(RunContentsTest, GroupsOfOneNameAreBuiltOnceWithoutAFilter) {
+TEST_F(RunLookupTest, GroupsOfOneNameAreBuiltOnceWithoutAFilter) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}})).Group("02", OneAxis("one", {{"a", "L"}}));
   sample.Group("03", OneAxis("ONE", {{"a", "L"}}));
@@ -153,7 +158,7 @@ TEST_F(RunContentsTest, GroupsOfOneNameAreBuiltOnceWithoutAFilter) {
   EXPECT_EQ(run->GetAllGroups().size(), 2u);
 }
 
-TEST_F(RunContentsTest, GroupSharesItsVariablesWithTheRun) {
+TEST_F(RunLookupTest, GroupSharesItsVariablesWithTheRun) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}, {"b", "T"}}));
   const RunPtr run = Get("run1");
   const VariablePtr before = run->GetVariable("A");
@@ -162,7 +167,7 @@ TEST_F(RunContentsTest, GroupSharesItsVariablesWithTheRun) {
   EXPECT_EQ(run->GetVariable("b"), group->GetVariable("b"));
 }
 
-TEST_F(RunContentsTest, GroupOfAnUnloadedVariableGetsANewOne) {
+TEST_F(RunLookupTest, GroupOfAnUnloadedVariableGetsANewOne) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
   run->GetVariable("a");
@@ -172,7 +177,7 @@ TEST_F(RunContentsTest, GroupOfAnUnloadedVariableGetsANewOne) {
   EXPECT_EQ(run->GetVariable("a"), variable);
 }
 
-TEST_F(RunContentsTest, RewriteOfTheRunDropsGroupsAndVariables) {
+TEST_F(RunLookupTest, RewriteOfTheRunDropsGroupsAndVariables) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
@@ -189,7 +194,32 @@ TEST_F(RunContentsTest, RewriteOfTheRunDropsGroupsAndVariables) {
             (std::vector<float>{0, 1, 2, 3}));
 }
 
-TEST_F(RunContentsTest, RewriteIsNoticedByTheVariableLookup) {
+TEST_F(RunLookupTest, RewriteStartsTheRegistryAnew) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
+  const RunPtr run = Get("run1");
+  const auto before = run->GetVariable1D<float>("a");
+  EXPECT_EQ(before->GetData(), (std::vector<float>{0, 2, 4, 6}));
+  sample.Touch().Group("01", OneAxis("one", {{"b", "L"}, {"c", "L"}, {"a", "L"}}));
+  EXPECT_EQ(run->GetVariable1D<float>("c")->GetData(), (std::vector<float>{1, 4, 7, 10}));
+  EXPECT_EQ(run->GetVariable1D<float>("a")->GetData(), (std::vector<float>{2, 5, 8, 11}));
+  EXPECT_EQ(run->GetGroup("one")->GetNumberOfVariables(), 3u);
+  EXPECT_EQ(Get("run1"), run);
+  EXPECT_EQ(before->GetData(), (std::vector<float>{0, 2, 4, 6}));
+}
+
+TEST_F(RunLookupTest, RegistryOfAfterAChangeKeepsBuffersAsBefore) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
+  const RunPtr run = Get("run1");
+  TabulonApi_CacheSettings::SetBufferedReadEnabled(true);  // the cached run loses its buffering
+  sample.Touch();
+  run->GetVariable1D<float>("a")->GetData();
+  sample.Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}, 50));
+  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData().front(), 51.0f);
+}
+
+TEST_F(RunLookupTest, RewriteIsNoticedByTheVariableLookup) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
@@ -201,7 +231,7 @@ TEST_F(RunContentsTest, RewriteIsNoticedByTheVariableLookup) {
   EXPECT_NE(run->GetVariable("a"), before);
 }
 
-TEST_F(RunContentsTest, ChangeThatAnotherItemNoticedKeepsTheLists) {
+TEST_F(RunLookupTest, ChangeThatAnotherItemNoticedKeepsTheLists) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
@@ -211,7 +241,7 @@ TEST_F(RunContentsTest, ChangeThatAnotherItemNoticedKeepsTheLists) {
   EXPECT_EQ(run->GetVariable("a"), before);
 }
 
-TEST_F(RunContentsTest, DeletedTerminationFileEndsTheLookup) {
+TEST_F(RunLookupTest, DeletedTerminationFileEndsTheLookup) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
@@ -222,7 +252,7 @@ TEST_F(RunContentsTest, DeletedTerminationFileEndsTheLookup) {
       "filesystem error: last_write_time: No such file or directory [" + Path("run1.$TE") + "]");
 }
 
-TEST_F(RunContentsTest, DeletedDirectoryRaises139) {
+TEST_F(RunLookupTest, DeletedDirectoryRaises139) {
   m_directory.MakeDirectory("sub");
   Sample("sub/run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = TabulonApi::GetRun(Path("sub"), "run1");
@@ -232,7 +262,7 @@ TEST_F(RunContentsTest, DeletedDirectoryRaises139) {
                 Path("sub/"));
 }
 
-TEST_F(RunContentsTest, DamagedHeaderEndsTheLookup) {
+TEST_F(RunLookupTest, DamagedHeaderEndsTheLookup) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}}));
   sample.Write(".%02", "FILE\trun1.$02\nACCESS\tX\nFORM\tF\nRECL\t4\n");
@@ -246,7 +276,7 @@ TEST_F(RunContentsTest, DamagedHeaderEndsTheLookup) {
 
 // Variables by name.
 
-TEST_F(RunContentsTest, VariableIsFoundWhateverItsCase) {
+TEST_F(RunLookupTest, VariableIsFoundWhateverItsCase) {
   Sample("run1").Group("01", OneAxis("one", {{"Tip speed", "L/T"}}));
   const RunPtr run = Get("run1");
   const VariablePtr variable = run->GetVariable("TIP SPEED");
@@ -255,7 +285,7 @@ TEST_F(RunContentsTest, VariableIsFoundWhateverItsCase) {
   EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("tip SPEED", "ONE"), variable);
 }
 
-TEST_F(RunContentsTest, MissingNamesAreRefused) {
+TEST_F(RunLookupTest, MissingNamesAreRefused) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
   const std::string noName = "Sumara Tables error: Variable name was not specified.";
@@ -276,7 +306,7 @@ TEST_F(RunContentsTest, MissingNamesAreRefused) {
             noGroup + RunContext());
 }
 
-TEST_F(RunContentsTest, MissingVariableRaises159) {
+TEST_F(RunLookupTest, MissingVariableRaises159) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
   EXPECT_EQ(MessageOf([&] { run->GetVariable("b"); }), VariableNotFound("b"));
@@ -286,7 +316,7 @@ TEST_F(RunContentsTest, MissingVariableRaises159) {
             VariableNotFound("a", "none"));
 }
 
-TEST_F(RunContentsTest, NameInTwoGroupsIsAmbiguous) {
+TEST_F(RunLookupTest, NameInTwoGroupsIsAmbiguous) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", TwoAxes("two", {{"X", "L"}}));
   const RunPtr run = Get("run1");
@@ -299,7 +329,7 @@ TEST_F(RunContentsTest, NameInTwoGroupsIsAmbiguous) {
   EXPECT_EQ(run->GetVariable2DFromSpecificOutputGroup<float>("x", "two")->GetName(), "X");
 }
 
-TEST_F(RunContentsTest, NameInTwoGroupsOfOneNameIsAmbiguous) {
+TEST_F(RunLookupTest, NameInTwoGroupsOfOneNameIsAmbiguous) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("one", {{"x", "L"}}, 50));
   const RunPtr run = Get("run1");
@@ -314,7 +344,7 @@ TEST_F(RunContentsTest, NameInTwoGroupsOfOneNameIsAmbiguous) {
   EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), message);  // no entry was added
 }
 
-TEST_F(RunContentsTest, GroupsThatDifferInCaseOnlyHaveAnEntryEach) {
+TEST_F(RunLookupTest, GroupsThatDifferInCaseOnlyHaveAnEntryEach) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("ONE", {{"x", "L"}}, 50));
   const RunPtr run = Get("run1");
@@ -322,12 +352,71 @@ TEST_F(RunContentsTest, GroupsThatDifferInCaseOnlyHaveAnEntryEach) {
   EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), Ambiguous("x", groups));
   EXPECT_TRUE(run->ContainsVariable1D("x"));
   EXPECT_TRUE(run->ContainsVariable2D("x"));
-  for (const char* name : {"one", "ONE", "One"}) {
-    EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", name)->GetParentGroupName(), groups[0]);
+  const auto groupOf = [&](const char* name) {
+    return run->GetVariableFromSpecificOutputGroup("x", name)->GetParentGroupName();
+  };
+  EXPECT_EQ(groupOf("one"), "one");
+  EXPECT_EQ(groupOf("ONE"), "ONE");
+  EXPECT_EQ(groupOf("One"), groups[0]);
+}
+
+TEST_F(RunLookupTest, GroupsThatDifferInCaseOnlyHaveVariablesOfTheirOwn) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("Alpha", {{"x", "L"}}, 0));
+  sample.Group("02", OneAxis("ALPHA", {{"x", "L"}, {"y", "L"}}, 50));
+  const RunPtr run = Get("run1");
+  EXPECT_EQ(run->GetGroup("ALPHA")->GetVariable1D<float>("x")->GetData().front(), 50.0f);
+  EXPECT_EQ(run->GetGroup("Alpha")->GetVariable1D<float>("x")->GetData().front(), 0.0f);
+  EXPECT_EQ(run->GetGroup("alpha")->GetName(), "ALPHA");  // the one that was asked for first
+  EXPECT_EQ(run->GetAllGroups().size(), 2u);
+  for (const GroupPtr& group : run->GetAllGroups()) {
+    const auto x = std::dynamic_pointer_cast<Variable1D<float>>(group->GetVariable("x"));
+    EXPECT_EQ(x->GetData().front(), group->GetName() == "Alpha" ? 0.0f : 50.0f);
+  }
+  EXPECT_EQ(MessageOf([&] { run->GetVariableFromSpecificOutputGroup("y", "Alpha"); }),
+            "Sumara Tables error: The variable was found but not in the specified output group." +
+                ListContext("y", {"ALPHA"}));
+}
+
+TEST_F(RunLookupTest, GroupInAnotherCaseDoesNotHideOneThatIsSpelledSo) {
+  for (const char* asked : {"one", "ONE"}) {
+    const std::string other = asked == std::string("one") ? "ONE" : "one";
+    const auto sample = Sample("run1");
+    sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("ONE", {{"x", "L"}}));
+    const RunPtr run = std::make_shared<SumaraApi::Run>(sample.Path(".$TE"), true);
+    EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", asked)->GetParentGroupName(), asked);
+    EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", other)->GetParentGroupName(), other);
+    EXPECT_EQ(run->GetGroup(other)->GetName(), other);
+    EXPECT_EQ(run->GetGroup(asked)->GetName(), asked);
   }
 }
 
-TEST_F(RunContentsTest, NameThatWasUnloadedInOneOfTwoGroupsOfOneNameKeepsTheOther) {
+TEST_F(RunLookupTest, GroupInAnotherCaseIsFoundThoughAHeaderBehindItIsDamaged) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("two", {{"x", "L"}}));
+  const auto names = Get("run1")->GetAllGroups();
+  const std::string first = names[0]->GetName();
+  sample.Touch().Write(first == "one" ? ".%02" : ".%01", "damaged");
+  const RunPtr run = Get("run1");
+  std::string upper = first;
+  for (char& c : upper) c = static_cast<char>(std::toupper(c));
+  EXPECT_EQ(run->GetGroup(upper)->GetName(), first);
+  EXPECT_EQ(run->GetGroup(upper), run->GetGroup(first));
+  EXPECT_EQ(run->GetVariableFromSpecificOutputGroup("x", upper)->GetParentGroupName(), first);
+}
+
+TEST_F(RunLookupTest, NamesThatDifferInCaseOnlyAreOneNameOfTheirGroup) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"Speed", "L"}, {"SPEED", "L"}}));
+  const RunPtr run = Get("run1");
+  EXPECT_EQ(run->GetVariable("SPEED")->GetName(), "SPEED");
+  EXPECT_EQ(run->GetVariable("speed")->GetName(), "Speed");
+  EXPECT_EQ(run->GetVariable("Speed")->GetName(), "Speed");
+  EXPECT_TRUE(run->UnloadVariable("SPEED"));
+  EXPECT_EQ(run->GetVariable("SPEED")->GetName(), "SPEED");
+}
+
+TEST_F(RunLookupTest, NameThatWasUnloadedInOneOfTwoGroupsOfOneNameKeepsTheOther) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("one", {{"x", "L"}}, 50));
   const RunPtr run = Get("run1");
@@ -343,7 +432,7 @@ TEST_F(RunContentsTest, NameThatWasUnloadedInOneOfTwoGroupsOfOneNameKeepsTheOthe
   EXPECT_EQ(after->GetData().front(), first);
 }
 
-TEST_F(RunContentsTest, NameOfOtherGroupsRaises164) {
+TEST_F(RunLookupTest, NameOfOtherGroupsRaises164) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("two", {{"y", "L"}}));
   const RunPtr run = Get("run1");
@@ -353,7 +442,7 @@ TEST_F(RunContentsTest, NameOfOtherGroupsRaises164) {
                 ListContext("x", {"one"}));
 }
 
-TEST_F(RunContentsTest, OneGroupAfterTheOtherIsFound) {
+TEST_F(RunLookupTest, OneGroupAfterTheOtherIsFound) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("two", {{"x", "L"}}, 50));
   const RunPtr run = Get("run1");
@@ -366,7 +455,7 @@ TEST_F(RunContentsTest, OneGroupAfterTheOtherIsFound) {
   EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), Ambiguous("x", {"one", "two"}));
 }
 
-TEST_F(RunContentsTest, TypedVariableOfTheWrongKindIsRefused) {
+TEST_F(RunLookupTest, TypedVariableOfTheWrongKindIsRefused) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}})).Group("02", TwoAxes("two", {{"b", "L"}}));
   const RunPtr run = Get("run1");
@@ -391,7 +480,7 @@ TEST_F(RunContentsTest, TypedVariableOfTheWrongKindIsRefused) {
             type + context("b", "two"));
 }
 
-TEST_F(RunContentsTest, ContainsAsksForTheDimensions) {
+TEST_F(RunLookupTest, ContainsAsksForTheDimensions) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}})).Group("02", TwoAxes("two", {{"b", "L"}}));
   const RunPtr run = Get("run1");
@@ -403,7 +492,7 @@ TEST_F(RunContentsTest, ContainsAsksForTheDimensions) {
   EXPECT_FALSE(run->ContainsVariable1D(""));
 }
 
-TEST_F(RunContentsTest, LookupThatHitsTheMapReadsNoHeader) {
+TEST_F(RunLookupTest, LookupThatHitsTheMapReadsNoHeader) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
   const RunPtr run = Get("run1");
@@ -413,16 +502,56 @@ TEST_F(RunContentsTest, LookupThatHitsTheMapReadsNoHeader) {
   EXPECT_EQ(run->GetVariable("b")->GetName(), "b");  // the group is in memory
 }
 
-TEST_F(RunContentsTest, NamesOfAnyBytesAreFound) {
+TEST_F(RunLookupTest, NamesOfAnyBytesAreFound) {
   const std::string name = "Drehmoment \xE4\xFF";
   Sample("run1").Group("01", OneAxis("Gr\xFCppe", {{name, "FL"}}));
   const RunPtr run = Get("run1");
   EXPECT_EQ(run->GetVariableFromSpecificOutputGroup(name, "gr\xFCPPE")->GetName(), name);
 }
 
+TEST_F(RunLookupTest, FilesAreOpenedByTheNameThatTheDirectoryLists) {
+  const auto sample = Sample("run1");
+  Sample("RUN1").Group("02", OneAxis("two", {{"b", "L"}}));
+  sample.Group("01", OneAxis("one", {{"a", "L"}}));
+  const RunPtr run = Get("run1");
+  EXPECT_EQ(run->GetGroup("two")->GetHeaderFilePath(), Path("RUN1.%02"));
+  EXPECT_EQ(run->GetVariable1D<float>("b")->GetData().size(), 4u);
+}
+
+TEST_F(RunLookupTest, RunsThatDifferInCaseOnlyKeepTheirOwnGroups) {
+  SampleGroup other = OneAxis("other", {{"b", "L"}});
+  other.content = "IDLING";
+  Sample("RUN1").Group("01", other);
+  Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
+  for (const auto& [name, group] : {std::pair("run1", "one"), std::pair("RUN1", "other")}) {
+    TabulonApi::ClearRuns();
+    const RunPtr run = Get(name);
+    ASSERT_EQ(run->GetAllGroups().size(), 1u);
+    EXPECT_EQ(run->GetAllGroups().front()->GetName(), group);
+    EXPECT_EQ(run->IsTurbineSimulation(), true);
+    EXPECT_EQ(run->GetCalculationType() == CalculationType::IdlingSimulation, name[0] == 'R');
+  }
+}
+
+TEST_F(RunLookupTest, DirectoryThatMayNotBeSearchedRaisesTheErrorOfItsFirstEntry) {
+  m_directory.MakeDirectory("sub");
+  Sample("sub/run1").Group("01", OneAxis("one", {{"a", "L"}}));
+  const RunPtr run = TabulonApi::GetRun(Path("sub"), "run1");
+  fs::permissions(Path("sub"),
+                  fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  std::string message;
+  {
+    const testing_support::Unprivileged user;
+    message = MessageOf([&] { run->GetCalculationType(); });
+  }
+  fs::permissions(Path("sub"), fs::perms::owner_all);
+  EXPECT_EQ(message.find("filesystem error: status: Permission denied [" + Path("sub/run1.")), 0u)
+      << message;
+}
+
 // Unloading.
 
-TEST_F(RunContentsTest, UnloadedVariableIsLoadedAnew) {
+TEST_F(RunLookupTest, UnloadedVariableIsLoadedAnew) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
   const RunPtr run = Get("run1");
   const auto before = run->GetVariable1D<float>("a");
@@ -435,7 +564,56 @@ TEST_F(RunContentsTest, UnloadedVariableIsLoadedAnew) {
   EXPECT_TRUE(run->UnloadVariableFromSpecificGroup("a", "ONE"));
 }
 
-TEST_F(RunContentsTest, UnloadOfAVariableThatWasNeverAskedForIsFalse) {
+TEST_F(RunLookupTest, UnloadedNameIsReadFromItsGroupOnly) {
+  const auto sample = Sample("run1");
+  sample.Group("01", OneAxis("one", {{"x", "L"}}, 0)).Group("02", OneAxis("two", {{"x", "L"}}, 50));
+  for (const char* group : {"one", "two"}) {
+    TabulonApi::ClearRuns();
+    const RunPtr run = Get("run1");
+    const auto before = run->GetVariableFromSpecificOutputGroup("x", group);
+    EXPECT_TRUE(run->UnloadVariable("x"));
+    const VariablePtr after = run->GetVariable("x");
+    EXPECT_NE(after, before);
+    EXPECT_EQ(after->GetParentGroupName(), group);
+  }
+}
+
+TEST_F(RunLookupTest, VariableThatTheRunUnloadedStaysInItsGroup) {
+  Sample("run1").Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
+  const RunPtr run = Get("run1");
+  const GroupPtr group = run->GetGroup("one");
+  const VariablePtr before = run->GetVariable("a");
+  EXPECT_TRUE(run->UnloadVariable("a"));
+  EXPECT_TRUE(run->UnloadVariable("b"));  // of a group that was handed out each name is known
+  EXPECT_EQ(group->GetVariable("a"), before);
+  const VariablePtr after = run->GetVariable("a");
+  EXPECT_NE(after, before);
+  EXPECT_EQ(group->GetVariable("a"), before);
+}
+
+TEST_F(RunLookupTest, IndependentVariablesAreOneSetForAGroup) {
+  Sample("run1").Group("01", TwoAxes("one", {{"a", "L"}, {"b", "L"}}));
+  const RunPtr run = Get("run1");
+  const auto ofGroup = run->GetGroup("one")->GetIndependentVariables();
+  ASSERT_EQ(ofGroup.size(), 2u);
+  EXPECT_EQ(run->GetVariable("a")->GetIndependentVariables(), ofGroup);
+  EXPECT_EQ(run->GetVariable("b")->GetIndependentVariables(), ofGroup);
+}
+
+TEST_F(RunLookupTest, IndependentVariableThatAnOutputGroupTookIsReplaced) {
+  Sample("run1").Group("01", OneAxis("one", {{"a", "L"}, {"b", "L"}}));
+  const RunPtr run = Get("run1");
+  const IndependentVariablePtr time = run->GetVariable("a")->GetIndependentVariables().front();
+  const OutputGroup1D<float> output(Path("out.%01"), "output", "POWPROD", "TRANSIENT", *time,
+                                    VariableDataFormat::Binary);
+  EXPECT_EQ(time->GetNumberOfValues(), 0u);
+  const IndependentVariablePtr other = run->GetVariable("b")->GetIndependentVariables().front();
+  EXPECT_NE(other, time);
+  EXPECT_EQ(other->GetNumberOfValues(), 4u);
+  EXPECT_EQ(run->GetGroup("one")->GetIndependentVariables().front(), other);
+}
+
+TEST_F(RunLookupTest, UnloadOfAVariableThatWasNeverAskedForIsFalse) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   const RunPtr run = Get("run1");
   EXPECT_FALSE(run->UnloadVariable("a"));
@@ -446,7 +624,7 @@ TEST_F(RunContentsTest, UnloadOfAVariableThatWasNeverAskedForIsFalse) {
   EXPECT_TRUE(run->UnloadVariable("a"));  // the entry stays
 }
 
-TEST_F(RunContentsTest, UnloadThatIsNotClearRaises160) {
+TEST_F(RunLookupTest, UnloadThatIsNotClearRaises160) {
   const auto sample = Sample("run1");
   sample.Group("01", OneAxis("one", {{"x", "L"}})).Group("02", OneAxis("two", {{"x", "L"}}));
   const RunPtr run = Get("run1");
@@ -465,7 +643,7 @@ TEST_F(RunContentsTest, UnloadThatIsNotClearRaises160) {
   EXPECT_EQ(MessageOf([&] { run->GetVariable("x"); }), Ambiguous("x", groups));
 }
 
-TEST_F(RunContentsTest, VariablesOfADroppedRunLiveOn) {
+TEST_F(RunLookupTest, VariablesOfADroppedRunLiveOn) {
   Sample("run1").Group("01", OneAxis("one", {{"a", "L"}}));
   auto variable = Get("run1")->GetVariable1D<float>("a");
   TabulonApi::ClearRuns();

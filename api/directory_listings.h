@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vocabulary/run_files.h"
+
+namespace SumaraApi {
+
+/// The listings of the directories that were asked for last, so that a directory of thousands of
+/// runs is not listed for each of them.
+///
+/// A listing serves while the directory's last write stands. It is not kept at all if that is so
+/// young that a change behind it might show the same time.
+class DirectoryListings {
+ public:
+  /// \param directory with a trailing separator.
+  /// \throws std::filesystem::filesystem_error as `DirectoryListing`.
+  std::shared_ptr<const DirectoryListing> Of(const std::string& directory);
+
+ private:
+  struct Kept {
+    std::shared_ptr<const DirectoryListing> listing;
+    std::int64_t lastWrite;
+  };
+
+  std::vector<Kept> m_kept;  ///< first the one that was asked for last
+};
+
+/// The names of the files of a run, as `DirectoryListing::FilesOf`.
+std::vector<std::string> FilesOfRun(const std::string& directory, const std::string& runName);
+
+}  // namespace SumaraApi

@@ -1,0 +1,81 @@
+#include "api/group_contents.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "api/variable.h"
+#include "api/variable_factory.h"
+#include "core/text.h"
+#include "model/group.h"
+
+namespace SumaraApi {
+
+GroupContents::GroupContents(std::shared_ptr<Sumara::IGroup> group,
+                             std::shared_ptr<Sumara::CControl> control)
+    : m_group(std::move(group)),
+      m_control(std::move(control)),
+      m_independentVariables(std::make_shared<IndependentVariables>(m_group)) {}
+
+const std::string& GroupContents::Name() const { return m_group->GetName(); }
+
+const std::vector<std::string>& GroupContents::VariableNames() const {
+  return m_group->GetSeriesNames();
+}
+
+std::optional<std::size_t> GroupContents::PlaceOf(std::string_view name) const {
+  const std::vector<std::string>& names = VariableNames();
+  std::optional<std::size_t> inAnyCase;
+  for (std::size_t place = 0; place < names.size(); ++place) {
+    if (names[place] == name) return place;
+    if (!inAnyCase && Sumara::EqualsNoCase(names[place], name)) inAnyCase = place;
+  }
+  return inAnyCase;
+}
+
+void GroupContents::CheckVariable(std::size_t place) const {
+  SumaraApi::CheckVariable(VariableNames()[place], *m_group, /*dataType=*/0);
+}
+
+VariablePtr GroupContents::Make(std::size_t place) {
+  return CreateVariable(VariableNames()[place], m_group, m_control, m_independentVariables,
+                        /*dataType=*/0);
+}
+
+VariablePtr GroupContents::RunVariable(std::size_t place) {
+  const auto known = m_slots.find(place);
+  if (known != m_slots.end() && known->second.ofRun != nullptr) return known->second.ofRun;
+  VariablePtr variable = Make(place);
+  Slot& slot = m_slots[place];
+  slot.isUnloaded = false;
+  slot.ofRun = variable;
+  if (m_hasList && slot.listed == nullptr) slot.listed = variable;
+  return variable;
+}
+
+void GroupContents::Unload(std::size_t place) {
+  Slot& slot = m_slots[place];
+  if (slot.ofRun != nullptr) slot.ofRun->Unload();
+  slot.ofRun.reset();
+  slot.isUnloaded = true;
+}
+
+bool GroupContents::IsUnloaded(std::size_t place) const {
+  const auto known = m_slots.find(place);
+  return known != m_slots.end() && known->second.isUnloaded;
+}
+
+void GroupContents::BeginList() {
+  for (auto& [place, slot] : m_slots) {
+    slot.listed = slot.ofRun;
+    slot.isUnloaded = false;
+  }
+  m_hasList = true;
+}
+
+VariablePtr GroupContents::ListedVariable(std::size_t place) {
+  const auto known = m_slots.find(place);
+  if (known != m_slots.end() && known->second.listed != nullptr) return known->second.listed;
+  return RunVariable(place);
+}
+
+}  // namespace SumaraApi
