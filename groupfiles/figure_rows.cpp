@@ -82,9 +82,17 @@ bool LineCursor::TakeContinuation(std::string_view& values) {
   return true;
 }
 
-/// Whether a value begins at a place: behind white space, and with something else.
+/// `IsSpace` as 1 or 0, in arithmetic of bytes.
+constexpr std::uint8_t SpaceBit(char c) {
+  const auto fromTab = static_cast<std::uint8_t>(c - '\t');
+  const bool isControl = fromTab <= '\r' - '\t';
+  return static_cast<std::uint8_t>(static_cast<std::uint8_t>(c == ' ') |
+                                   static_cast<std::uint8_t>(isControl));
+}
+
+/// Whether a value begins at a place, as 1 or 0: behind white space, and with something else.
 constexpr std::uint8_t BeginsValue(char before, char here) {
-  return static_cast<std::uint8_t>(IsSpace(before) && !IsSpace(here));
+  return static_cast<std::uint8_t>(SpaceBit(before) & (SpaceBit(here) ^ 1));
 }
 
 /// The number of tokens. The loop without a branch, over bytes only, is one that compilers turn
