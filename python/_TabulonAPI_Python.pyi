@@ -1,7 +1,7 @@
-"""Types of the extension module.
+"""Types of the extension module. Made by scripts/describe-binding.
 
-Objects are typed by the classes that the package registers for them. Without the package they come
-as bare pointer objects, which only the functions of this module take.
+Objects are typed by the classes that SWIG generates. Without the package they come as bare pointer
+objects, which only the functions of this module take.
 """
 
 # ruff: noqa: ANN401, N802, N803
@@ -12,6 +12,79 @@ from typing import Any, Protocol, overload
 import numpy as np
 from numpy.typing import NDArray
 from tabulon.api import _proxy
+
+SHARED_PTR_DISOWN: int
+DataTypeSpecifier_ReadAsSerialisedType: int
+DataTypeSpecifier_ReadAsFloat32: int
+DataTypeSpecifier_ReadAsFloat64: int
+VariableDataType_Float32: int
+VariableDataType_Float64: int
+VariableDataType_Int32: int
+VariableDataFormat_ASCII: int
+VariableDataFormat_Binary: int
+SearchScope_RecursiveSearch: int
+SearchScope_RootDirectoryOnly: int
+CaseSensitivity_IgnoreCase: int
+CaseSensitivity_MatchCase: int
+AxisTypeId_IntervalAxis: int
+AxisTypeId_LabelledValueAxis: int
+AxisTypeId_LabelledStringAxis: int
+TEFileCreation_Create: int
+TEFileCreation_DoNotCreate: int
+OverwriteBehaviour_OverwriteExistingOutput: int
+OverwriteBehaviour_DoNotOverwriteExistingOutput: int
+CalculationType_AllCalculationTypes: int
+CalculationType_AllTurbineSimulations: int
+CalculationType_AllSupportingCalculations: int
+CalculationType_AllPostProcessingCalculations: int
+CalculationType_Unknown: int
+CalculationType_WindTurbulence: int
+CalculationType_AerodynamicInformation: int
+CalculationType_PerformanceCoefficients: int
+CalculationType_SteadyPowerCurve: int
+CalculationType_SteadyOperationalLoads: int
+CalculationType_SteadyParkedLoads: int
+CalculationType_DynamicPowerCurve: int
+CalculationType_PowerProductionSimulation: int
+CalculationType_NormalStopSimulation: int
+CalculationType_EmergencyStopSimulation: int
+CalculationType_StartUpSimulation: int
+CalculationType_IdlingSimulation: int
+CalculationType_ParkedSimulation: int
+CalculationType_BasicStatistics: int
+CalculationType_FourierHarmonicsAnalysis: int
+CalculationType_PeriodicComponentAnalysis: int
+CalculationType_ExtremePredictionAnalysis: int
+CalculationType_AutoSpectralDensityAnalysis: int
+CalculationType_CrossSpectralDensityAnalysis: int
+CalculationType_ProbabilityDensityAnalysis: int
+CalculationType_PeakAnalysis: int
+CalculationType_LevelCrossingFrequencyAnalysis: int
+CalculationType_RainflowCycleAnalysis: int
+CalculationType_FatigueAnalysis: int
+CalculationType_AnnualEnergyYieldAnalysis: int
+CalculationType_ChannelCombination: int
+CalculationType_UltimateLoadsAnalysis: int
+CalculationType_UltimateLoadCasesAnalysis: int
+CalculationType_FlickerAnalysis: int
+CalculationType_EarthquakeGeneration: int
+CalculationType_ModelLinearisation: int
+CalculationType_ExtremeLoadExtrapolation: int
+CalculationType_ElectricalPerformance: int
+CalculationType_SeaState: int
+CalculationType_MooringStiffness: int
+CalculationType_UserDefined: int
+CompletionState_AllCompletionStates: int
+CompletionState_UnsuccessfulRunsOnly: int
+CompletionState_Unknown: int
+CompletionState_InProgress: int
+CompletionState_CompletedNormally: int
+CompletionState_Terminated: int
+CompletionState_Errored: int
+CompletionState_Aborted: int
+IndependentVariableId_PrimaryIndependentVariable: int
+IndependentVariableId_SecondaryIndependentVariable: int
+FileFormat_Tolvan: int
 
 class _Variables(Protocol):
     @property
@@ -49,26 +122,34 @@ def new_ArrayOfInt() -> Any: ...
 @overload
 def new_ArrayOfInt(other: Iterable[int], /) -> Any: ...
 @overload
-def new_ArrayOfInt(size: int, value: int = ..., /) -> Any: ...
+def new_ArrayOfInt(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfInt(size: int, value: int, /) -> Any: ...
 def delete_ArrayOfInt(self: _proxy.ArrayOfInt, /) -> None: ...
 def ArrayOfInt_iterator(self: _proxy.ArrayOfInt, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfInt___nonzero__(self: _proxy.ArrayOfInt, /) -> bool: ...
 def ArrayOfInt___bool__(self: _proxy.ArrayOfInt, /) -> bool: ...
 def ArrayOfInt___len__(self: _proxy.ArrayOfInt, /) -> int: ...
 def ArrayOfInt___getslice__(self: _proxy.ArrayOfInt, i: int, j: int, /) -> _proxy.ArrayOfInt: ...
+@overload
+def ArrayOfInt___setslice__(self: _proxy.ArrayOfInt, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfInt___setslice__(
-    self: _proxy.ArrayOfInt, i: int, j: int, v: Iterable[int] = ..., /
+    self: _proxy.ArrayOfInt, i: int, j: int, v: Iterable[int], /
 ) -> None: ...
 def ArrayOfInt___delslice__(self: _proxy.ArrayOfInt, i: int, j: int, /) -> None: ...
-def ArrayOfInt___delitem__(self: _proxy.ArrayOfInt, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfInt___delitem__(self: _proxy.ArrayOfInt, i: int, /) -> None: ...
+@overload
+def ArrayOfInt___delitem__(self: _proxy.ArrayOfInt, slice: slice, /) -> None: ...
 @overload
 def ArrayOfInt___getitem__(self: _proxy.ArrayOfInt, slice: slice, /) -> _proxy.ArrayOfInt: ...
 @overload
 def ArrayOfInt___getitem__(self: _proxy.ArrayOfInt, i: int, /) -> int: ...
 @overload
-def ArrayOfInt___setitem__(
-    self: _proxy.ArrayOfInt, slice: slice, v: Iterable[int] = ..., /
-) -> None: ...
+def ArrayOfInt___setitem__(self: _proxy.ArrayOfInt, slice: slice, v: Iterable[int], /) -> None: ...
+@overload
+def ArrayOfInt___setitem__(self: _proxy.ArrayOfInt, slice: slice, /) -> None: ...
 @overload
 def ArrayOfInt___setitem__(self: _proxy.ArrayOfInt, i: int, x: int, /) -> None: ...
 def ArrayOfInt_swigregister(cls: type, /) -> None: ...
@@ -78,7 +159,9 @@ def new_ArrayOfFloat() -> Any: ...
 @overload
 def new_ArrayOfFloat(other: Iterable[float], /) -> Any: ...
 @overload
-def new_ArrayOfFloat(size: int, value: float = ..., /) -> Any: ...
+def new_ArrayOfFloat(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfFloat(size: int, value: float, /) -> Any: ...
 def delete_ArrayOfFloat(self: _proxy.ArrayOfFloat, /) -> None: ...
 def ArrayOfFloat_iterator(self: _proxy.ArrayOfFloat, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfFloat___nonzero__(self: _proxy.ArrayOfFloat, /) -> bool: ...
@@ -87,19 +170,27 @@ def ArrayOfFloat___len__(self: _proxy.ArrayOfFloat, /) -> int: ...
 def ArrayOfFloat___getslice__(
     self: _proxy.ArrayOfFloat, i: int, j: int, /
 ) -> _proxy.ArrayOfFloat: ...
+@overload
+def ArrayOfFloat___setslice__(self: _proxy.ArrayOfFloat, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfFloat___setslice__(
-    self: _proxy.ArrayOfFloat, i: int, j: int, v: Iterable[float] = ..., /
+    self: _proxy.ArrayOfFloat, i: int, j: int, v: Iterable[float], /
 ) -> None: ...
 def ArrayOfFloat___delslice__(self: _proxy.ArrayOfFloat, i: int, j: int, /) -> None: ...
-def ArrayOfFloat___delitem__(self: _proxy.ArrayOfFloat, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfFloat___delitem__(self: _proxy.ArrayOfFloat, i: int, /) -> None: ...
+@overload
+def ArrayOfFloat___delitem__(self: _proxy.ArrayOfFloat, slice: slice, /) -> None: ...
 @overload
 def ArrayOfFloat___getitem__(self: _proxy.ArrayOfFloat, slice: slice, /) -> _proxy.ArrayOfFloat: ...
 @overload
 def ArrayOfFloat___getitem__(self: _proxy.ArrayOfFloat, i: int, /) -> float: ...
 @overload
 def ArrayOfFloat___setitem__(
-    self: _proxy.ArrayOfFloat, slice: slice, v: Iterable[float] = ..., /
+    self: _proxy.ArrayOfFloat, slice: slice, v: Iterable[float], /
 ) -> None: ...
+@overload
+def ArrayOfFloat___setitem__(self: _proxy.ArrayOfFloat, slice: slice, /) -> None: ...
 @overload
 def ArrayOfFloat___setitem__(self: _proxy.ArrayOfFloat, i: int, x: float, /) -> None: ...
 def ArrayOfFloat_swigregister(cls: type, /) -> None: ...
@@ -109,7 +200,9 @@ def new_ArrayOfDouble() -> Any: ...
 @overload
 def new_ArrayOfDouble(other: Iterable[float], /) -> Any: ...
 @overload
-def new_ArrayOfDouble(size: int, value: float = ..., /) -> Any: ...
+def new_ArrayOfDouble(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfDouble(size: int, value: float, /) -> Any: ...
 def delete_ArrayOfDouble(self: _proxy.ArrayOfDouble, /) -> None: ...
 def ArrayOfDouble_iterator(self: _proxy.ArrayOfDouble, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfDouble___nonzero__(self: _proxy.ArrayOfDouble, /) -> bool: ...
@@ -118,11 +211,17 @@ def ArrayOfDouble___len__(self: _proxy.ArrayOfDouble, /) -> int: ...
 def ArrayOfDouble___getslice__(
     self: _proxy.ArrayOfDouble, i: int, j: int, /
 ) -> _proxy.ArrayOfDouble: ...
+@overload
+def ArrayOfDouble___setslice__(self: _proxy.ArrayOfDouble, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfDouble___setslice__(
-    self: _proxy.ArrayOfDouble, i: int, j: int, v: Iterable[float] = ..., /
+    self: _proxy.ArrayOfDouble, i: int, j: int, v: Iterable[float], /
 ) -> None: ...
 def ArrayOfDouble___delslice__(self: _proxy.ArrayOfDouble, i: int, j: int, /) -> None: ...
-def ArrayOfDouble___delitem__(self: _proxy.ArrayOfDouble, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfDouble___delitem__(self: _proxy.ArrayOfDouble, i: int, /) -> None: ...
+@overload
+def ArrayOfDouble___delitem__(self: _proxy.ArrayOfDouble, slice: slice, /) -> None: ...
 @overload
 def ArrayOfDouble___getitem__(
     self: _proxy.ArrayOfDouble, slice: slice, /
@@ -131,8 +230,10 @@ def ArrayOfDouble___getitem__(
 def ArrayOfDouble___getitem__(self: _proxy.ArrayOfDouble, i: int, /) -> float: ...
 @overload
 def ArrayOfDouble___setitem__(
-    self: _proxy.ArrayOfDouble, slice: slice, v: Iterable[float] = ..., /
+    self: _proxy.ArrayOfDouble, slice: slice, v: Iterable[float], /
 ) -> None: ...
+@overload
+def ArrayOfDouble___setitem__(self: _proxy.ArrayOfDouble, slice: slice, /) -> None: ...
 @overload
 def ArrayOfDouble___setitem__(self: _proxy.ArrayOfDouble, i: int, x: float, /) -> None: ...
 def ArrayOfDouble_swigregister(cls: type, /) -> None: ...
@@ -142,7 +243,9 @@ def new_ArrayOfString() -> Any: ...
 @overload
 def new_ArrayOfString(other: Iterable[str], /) -> Any: ...
 @overload
-def new_ArrayOfString(size: int, value: str = ..., /) -> Any: ...
+def new_ArrayOfString(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfString(size: int, value: str, /) -> Any: ...
 def delete_ArrayOfString(self: _proxy.ArrayOfString, /) -> None: ...
 def ArrayOfString_iterator(self: _proxy.ArrayOfString, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfString___nonzero__(self: _proxy.ArrayOfString, /) -> bool: ...
@@ -151,11 +254,17 @@ def ArrayOfString___len__(self: _proxy.ArrayOfString, /) -> int: ...
 def ArrayOfString___getslice__(
     self: _proxy.ArrayOfString, i: int, j: int, /
 ) -> _proxy.ArrayOfString: ...
+@overload
+def ArrayOfString___setslice__(self: _proxy.ArrayOfString, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfString___setslice__(
-    self: _proxy.ArrayOfString, i: int, j: int, v: Iterable[str] = ..., /
+    self: _proxy.ArrayOfString, i: int, j: int, v: Iterable[str], /
 ) -> None: ...
 def ArrayOfString___delslice__(self: _proxy.ArrayOfString, i: int, j: int, /) -> None: ...
-def ArrayOfString___delitem__(self: _proxy.ArrayOfString, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfString___delitem__(self: _proxy.ArrayOfString, i: int, /) -> None: ...
+@overload
+def ArrayOfString___delitem__(self: _proxy.ArrayOfString, slice: slice, /) -> None: ...
 @overload
 def ArrayOfString___getitem__(
     self: _proxy.ArrayOfString, slice: slice, /
@@ -164,8 +273,10 @@ def ArrayOfString___getitem__(
 def ArrayOfString___getitem__(self: _proxy.ArrayOfString, i: int, /) -> str: ...
 @overload
 def ArrayOfString___setitem__(
-    self: _proxy.ArrayOfString, slice: slice, v: Iterable[str] = ..., /
+    self: _proxy.ArrayOfString, slice: slice, v: Iterable[str], /
 ) -> None: ...
+@overload
+def ArrayOfString___setitem__(self: _proxy.ArrayOfString, slice: slice, /) -> None: ...
 @overload
 def ArrayOfString___setitem__(self: _proxy.ArrayOfString, i: int, x: str, /) -> None: ...
 def ArrayOfString_swigregister(cls: type, /) -> None: ...
@@ -175,7 +286,9 @@ def new_ArrayOfArrayOfInt() -> Any: ...
 @overload
 def new_ArrayOfArrayOfInt(other: Iterable[Iterable[int]], /) -> Any: ...
 @overload
-def new_ArrayOfArrayOfInt(size: int, value: Iterable[int] = ..., /) -> Any: ...
+def new_ArrayOfArrayOfInt(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfArrayOfInt(size: int, value: Iterable[int], /) -> Any: ...
 def delete_ArrayOfArrayOfInt(self: _proxy.ArrayOfArrayOfInt, /) -> None: ...
 def ArrayOfArrayOfInt_iterator(self: _proxy.ArrayOfArrayOfInt, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfArrayOfInt___nonzero__(self: _proxy.ArrayOfArrayOfInt, /) -> bool: ...
@@ -184,11 +297,17 @@ def ArrayOfArrayOfInt___len__(self: _proxy.ArrayOfArrayOfInt, /) -> int: ...
 def ArrayOfArrayOfInt___getslice__(
     self: _proxy.ArrayOfArrayOfInt, i: int, j: int, /
 ) -> _proxy.ArrayOfArrayOfInt: ...
+@overload
+def ArrayOfArrayOfInt___setslice__(self: _proxy.ArrayOfArrayOfInt, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfArrayOfInt___setslice__(
-    self: _proxy.ArrayOfArrayOfInt, i: int, j: int, v: Iterable[Iterable[int]] = ..., /
+    self: _proxy.ArrayOfArrayOfInt, i: int, j: int, v: Iterable[Iterable[int]], /
 ) -> None: ...
 def ArrayOfArrayOfInt___delslice__(self: _proxy.ArrayOfArrayOfInt, i: int, j: int, /) -> None: ...
-def ArrayOfArrayOfInt___delitem__(self: _proxy.ArrayOfArrayOfInt, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfArrayOfInt___delitem__(self: _proxy.ArrayOfArrayOfInt, i: int, /) -> None: ...
+@overload
+def ArrayOfArrayOfInt___delitem__(self: _proxy.ArrayOfArrayOfInt, slice: slice, /) -> None: ...
 @overload
 def ArrayOfArrayOfInt___getitem__(
     self: _proxy.ArrayOfArrayOfInt, slice: slice, /
@@ -197,8 +316,10 @@ def ArrayOfArrayOfInt___getitem__(
 def ArrayOfArrayOfInt___getitem__(self: _proxy.ArrayOfArrayOfInt, i: int, /) -> tuple[int, ...]: ...
 @overload
 def ArrayOfArrayOfInt___setitem__(
-    self: _proxy.ArrayOfArrayOfInt, slice: slice, v: Iterable[Iterable[int]] = ..., /
+    self: _proxy.ArrayOfArrayOfInt, slice: slice, v: Iterable[Iterable[int]], /
 ) -> None: ...
+@overload
+def ArrayOfArrayOfInt___setitem__(self: _proxy.ArrayOfArrayOfInt, slice: slice, /) -> None: ...
 @overload
 def ArrayOfArrayOfInt___setitem__(
     self: _proxy.ArrayOfArrayOfInt, i: int, x: Iterable[int], /
@@ -210,7 +331,9 @@ def new_ArrayOfArrayOfFloat() -> Any: ...
 @overload
 def new_ArrayOfArrayOfFloat(other: Iterable[Iterable[float]], /) -> Any: ...
 @overload
-def new_ArrayOfArrayOfFloat(size: int, value: Iterable[float] = ..., /) -> Any: ...
+def new_ArrayOfArrayOfFloat(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfArrayOfFloat(size: int, value: Iterable[float], /) -> Any: ...
 def delete_ArrayOfArrayOfFloat(self: _proxy.ArrayOfArrayOfFloat, /) -> None: ...
 def ArrayOfArrayOfFloat_iterator(self: _proxy.ArrayOfArrayOfFloat, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfArrayOfFloat___nonzero__(self: _proxy.ArrayOfArrayOfFloat, /) -> bool: ...
@@ -219,15 +342,21 @@ def ArrayOfArrayOfFloat___len__(self: _proxy.ArrayOfArrayOfFloat, /) -> int: ...
 def ArrayOfArrayOfFloat___getslice__(
     self: _proxy.ArrayOfArrayOfFloat, i: int, j: int, /
 ) -> _proxy.ArrayOfArrayOfFloat: ...
+@overload
 def ArrayOfArrayOfFloat___setslice__(
-    self: _proxy.ArrayOfArrayOfFloat, i: int, j: int, v: Iterable[Iterable[float]] = ..., /
+    self: _proxy.ArrayOfArrayOfFloat, i: int, j: int, /
+) -> None: ...
+@overload
+def ArrayOfArrayOfFloat___setslice__(
+    self: _proxy.ArrayOfArrayOfFloat, i: int, j: int, v: Iterable[Iterable[float]], /
 ) -> None: ...
 def ArrayOfArrayOfFloat___delslice__(
     self: _proxy.ArrayOfArrayOfFloat, i: int, j: int, /
 ) -> None: ...
-def ArrayOfArrayOfFloat___delitem__(
-    self: _proxy.ArrayOfArrayOfFloat, i: int | slice, /
-) -> None: ...
+@overload
+def ArrayOfArrayOfFloat___delitem__(self: _proxy.ArrayOfArrayOfFloat, i: int, /) -> None: ...
+@overload
+def ArrayOfArrayOfFloat___delitem__(self: _proxy.ArrayOfArrayOfFloat, slice: slice, /) -> None: ...
 @overload
 def ArrayOfArrayOfFloat___getitem__(
     self: _proxy.ArrayOfArrayOfFloat, slice: slice, /
@@ -238,8 +367,10 @@ def ArrayOfArrayOfFloat___getitem__(
 ) -> tuple[float, ...]: ...
 @overload
 def ArrayOfArrayOfFloat___setitem__(
-    self: _proxy.ArrayOfArrayOfFloat, slice: slice, v: Iterable[Iterable[float]] = ..., /
+    self: _proxy.ArrayOfArrayOfFloat, slice: slice, v: Iterable[Iterable[float]], /
 ) -> None: ...
+@overload
+def ArrayOfArrayOfFloat___setitem__(self: _proxy.ArrayOfArrayOfFloat, slice: slice, /) -> None: ...
 @overload
 def ArrayOfArrayOfFloat___setitem__(
     self: _proxy.ArrayOfArrayOfFloat, i: int, x: Iterable[float], /
@@ -251,7 +382,9 @@ def new_ArrayOfArrayOfDouble() -> Any: ...
 @overload
 def new_ArrayOfArrayOfDouble(other: Iterable[Iterable[float]], /) -> Any: ...
 @overload
-def new_ArrayOfArrayOfDouble(size: int, value: Iterable[float] = ..., /) -> Any: ...
+def new_ArrayOfArrayOfDouble(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfArrayOfDouble(size: int, value: Iterable[float], /) -> Any: ...
 def delete_ArrayOfArrayOfDouble(self: _proxy.ArrayOfArrayOfDouble, /) -> None: ...
 def ArrayOfArrayOfDouble_iterator(
     self: _proxy.ArrayOfArrayOfDouble, /
@@ -262,14 +395,22 @@ def ArrayOfArrayOfDouble___len__(self: _proxy.ArrayOfArrayOfDouble, /) -> int: .
 def ArrayOfArrayOfDouble___getslice__(
     self: _proxy.ArrayOfArrayOfDouble, i: int, j: int, /
 ) -> _proxy.ArrayOfArrayOfDouble: ...
+@overload
 def ArrayOfArrayOfDouble___setslice__(
-    self: _proxy.ArrayOfArrayOfDouble, i: int, j: int, v: Iterable[Iterable[float]] = ..., /
+    self: _proxy.ArrayOfArrayOfDouble, i: int, j: int, /
+) -> None: ...
+@overload
+def ArrayOfArrayOfDouble___setslice__(
+    self: _proxy.ArrayOfArrayOfDouble, i: int, j: int, v: Iterable[Iterable[float]], /
 ) -> None: ...
 def ArrayOfArrayOfDouble___delslice__(
     self: _proxy.ArrayOfArrayOfDouble, i: int, j: int, /
 ) -> None: ...
+@overload
+def ArrayOfArrayOfDouble___delitem__(self: _proxy.ArrayOfArrayOfDouble, i: int, /) -> None: ...
+@overload
 def ArrayOfArrayOfDouble___delitem__(
-    self: _proxy.ArrayOfArrayOfDouble, i: int | slice, /
+    self: _proxy.ArrayOfArrayOfDouble, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfArrayOfDouble___getitem__(
@@ -281,7 +422,11 @@ def ArrayOfArrayOfDouble___getitem__(
 ) -> tuple[float, ...]: ...
 @overload
 def ArrayOfArrayOfDouble___setitem__(
-    self: _proxy.ArrayOfArrayOfDouble, slice: slice, v: Iterable[Iterable[float]] = ..., /
+    self: _proxy.ArrayOfArrayOfDouble, slice: slice, v: Iterable[Iterable[float]], /
+) -> None: ...
+@overload
+def ArrayOfArrayOfDouble___setitem__(
+    self: _proxy.ArrayOfArrayOfDouble, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfArrayOfDouble___setitem__(
@@ -294,7 +439,9 @@ def new_ArrayOfArrayOfString() -> Any: ...
 @overload
 def new_ArrayOfArrayOfString(other: Iterable[Iterable[str]], /) -> Any: ...
 @overload
-def new_ArrayOfArrayOfString(size: int, value: Iterable[str] = ..., /) -> Any: ...
+def new_ArrayOfArrayOfString(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfArrayOfString(size: int, value: Iterable[str], /) -> Any: ...
 def delete_ArrayOfArrayOfString(self: _proxy.ArrayOfArrayOfString, /) -> None: ...
 def ArrayOfArrayOfString_iterator(
     self: _proxy.ArrayOfArrayOfString, /
@@ -305,14 +452,22 @@ def ArrayOfArrayOfString___len__(self: _proxy.ArrayOfArrayOfString, /) -> int: .
 def ArrayOfArrayOfString___getslice__(
     self: _proxy.ArrayOfArrayOfString, i: int, j: int, /
 ) -> _proxy.ArrayOfArrayOfString: ...
+@overload
 def ArrayOfArrayOfString___setslice__(
-    self: _proxy.ArrayOfArrayOfString, i: int, j: int, v: Iterable[Iterable[str]] = ..., /
+    self: _proxy.ArrayOfArrayOfString, i: int, j: int, /
+) -> None: ...
+@overload
+def ArrayOfArrayOfString___setslice__(
+    self: _proxy.ArrayOfArrayOfString, i: int, j: int, v: Iterable[Iterable[str]], /
 ) -> None: ...
 def ArrayOfArrayOfString___delslice__(
     self: _proxy.ArrayOfArrayOfString, i: int, j: int, /
 ) -> None: ...
+@overload
+def ArrayOfArrayOfString___delitem__(self: _proxy.ArrayOfArrayOfString, i: int, /) -> None: ...
+@overload
 def ArrayOfArrayOfString___delitem__(
-    self: _proxy.ArrayOfArrayOfString, i: int | slice, /
+    self: _proxy.ArrayOfArrayOfString, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfArrayOfString___getitem__(
@@ -324,7 +479,11 @@ def ArrayOfArrayOfString___getitem__(
 ) -> tuple[str, ...]: ...
 @overload
 def ArrayOfArrayOfString___setitem__(
-    self: _proxy.ArrayOfArrayOfString, slice: slice, v: Iterable[Iterable[str]] = ..., /
+    self: _proxy.ArrayOfArrayOfString, slice: slice, v: Iterable[Iterable[str]], /
+) -> None: ...
+@overload
+def ArrayOfArrayOfString___setitem__(
+    self: _proxy.ArrayOfArrayOfString, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfArrayOfString___setitem__(
@@ -337,7 +496,9 @@ def new_ArrayOfVariable() -> Any: ...
 @overload
 def new_ArrayOfVariable(other: Iterable[_proxy.Variable], /) -> Any: ...
 @overload
-def new_ArrayOfVariable(size: int, value: _proxy.Variable = ..., /) -> Any: ...
+def new_ArrayOfVariable(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable(size: int, value: _proxy.Variable, /) -> Any: ...
 def delete_ArrayOfVariable(self: _proxy.ArrayOfVariable, /) -> None: ...
 def ArrayOfVariable_iterator(self: _proxy.ArrayOfVariable, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfVariable___nonzero__(self: _proxy.ArrayOfVariable, /) -> bool: ...
@@ -346,11 +507,17 @@ def ArrayOfVariable___len__(self: _proxy.ArrayOfVariable, /) -> int: ...
 def ArrayOfVariable___getslice__(
     self: _proxy.ArrayOfVariable, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable: ...
+@overload
+def ArrayOfVariable___setslice__(self: _proxy.ArrayOfVariable, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfVariable___setslice__(
-    self: _proxy.ArrayOfVariable, i: int, j: int, v: Iterable[_proxy.Variable] = ..., /
+    self: _proxy.ArrayOfVariable, i: int, j: int, v: Iterable[_proxy.Variable], /
 ) -> None: ...
 def ArrayOfVariable___delslice__(self: _proxy.ArrayOfVariable, i: int, j: int, /) -> None: ...
-def ArrayOfVariable___delitem__(self: _proxy.ArrayOfVariable, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfVariable___delitem__(self: _proxy.ArrayOfVariable, i: int, /) -> None: ...
+@overload
+def ArrayOfVariable___delitem__(self: _proxy.ArrayOfVariable, slice: slice, /) -> None: ...
 @overload
 def ArrayOfVariable___getitem__(
     self: _proxy.ArrayOfVariable, slice: slice, /
@@ -359,8 +526,10 @@ def ArrayOfVariable___getitem__(
 def ArrayOfVariable___getitem__(self: _proxy.ArrayOfVariable, i: int, /) -> _proxy.Variable: ...
 @overload
 def ArrayOfVariable___setitem__(
-    self: _proxy.ArrayOfVariable, slice: slice, v: Iterable[_proxy.Variable] = ..., /
+    self: _proxy.ArrayOfVariable, slice: slice, v: Iterable[_proxy.Variable], /
 ) -> None: ...
+@overload
+def ArrayOfVariable___setitem__(self: _proxy.ArrayOfVariable, slice: slice, /) -> None: ...
 @overload
 def ArrayOfVariable___setitem__(
     self: _proxy.ArrayOfVariable, i: int, x: _proxy.Variable, /
@@ -372,7 +541,9 @@ def new_ArrayOfVariable1D_Float32() -> Any: ...
 @overload
 def new_ArrayOfVariable1D_Float32(other: Iterable[_proxy.Variable1D_Float32], /) -> Any: ...
 @overload
-def new_ArrayOfVariable1D_Float32(size: int, value: _proxy.Variable1D_Float32 = ..., /) -> Any: ...
+def new_ArrayOfVariable1D_Float32(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable1D_Float32(size: int, value: _proxy.Variable1D_Float32, /) -> Any: ...
 def delete_ArrayOfVariable1D_Float32(self: _proxy.ArrayOfVariable1D_Float32, /) -> None: ...
 def ArrayOfVariable1D_Float32_iterator(
     self: _proxy.ArrayOfVariable1D_Float32, /
@@ -383,18 +554,28 @@ def ArrayOfVariable1D_Float32___len__(self: _proxy.ArrayOfVariable1D_Float32, /)
 def ArrayOfVariable1D_Float32___getslice__(
     self: _proxy.ArrayOfVariable1D_Float32, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable1D_Float32: ...
+@overload
+def ArrayOfVariable1D_Float32___setslice__(
+    self: _proxy.ArrayOfVariable1D_Float32, i: int, j: int, /
+) -> None: ...
+@overload
 def ArrayOfVariable1D_Float32___setslice__(
     self: _proxy.ArrayOfVariable1D_Float32,
     i: int,
     j: int,
-    v: Iterable[_proxy.Variable1D_Float32] = ...,
+    v: Iterable[_proxy.Variable1D_Float32],
     /,
 ) -> None: ...
 def ArrayOfVariable1D_Float32___delslice__(
     self: _proxy.ArrayOfVariable1D_Float32, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable1D_Float32___delitem__(
-    self: _proxy.ArrayOfVariable1D_Float32, i: int | slice, /
+    self: _proxy.ArrayOfVariable1D_Float32, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Float32___delitem__(
+    self: _proxy.ArrayOfVariable1D_Float32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Float32___getitem__(
@@ -406,10 +587,11 @@ def ArrayOfVariable1D_Float32___getitem__(
 ) -> _proxy.Variable1D_Float32: ...
 @overload
 def ArrayOfVariable1D_Float32___setitem__(
-    self: _proxy.ArrayOfVariable1D_Float32,
-    slice: slice,
-    v: Iterable[_proxy.Variable1D_Float32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable1D_Float32, slice: slice, v: Iterable[_proxy.Variable1D_Float32], /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Float32___setitem__(
+    self: _proxy.ArrayOfVariable1D_Float32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Float32___setitem__(
@@ -422,7 +604,9 @@ def new_ArrayOfVariable1D_Float64() -> Any: ...
 @overload
 def new_ArrayOfVariable1D_Float64(other: Iterable[_proxy.Variable1D_Float64], /) -> Any: ...
 @overload
-def new_ArrayOfVariable1D_Float64(size: int, value: _proxy.Variable1D_Float64 = ..., /) -> Any: ...
+def new_ArrayOfVariable1D_Float64(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable1D_Float64(size: int, value: _proxy.Variable1D_Float64, /) -> Any: ...
 def delete_ArrayOfVariable1D_Float64(self: _proxy.ArrayOfVariable1D_Float64, /) -> None: ...
 def ArrayOfVariable1D_Float64_iterator(
     self: _proxy.ArrayOfVariable1D_Float64, /
@@ -433,18 +617,28 @@ def ArrayOfVariable1D_Float64___len__(self: _proxy.ArrayOfVariable1D_Float64, /)
 def ArrayOfVariable1D_Float64___getslice__(
     self: _proxy.ArrayOfVariable1D_Float64, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable1D_Float64: ...
+@overload
+def ArrayOfVariable1D_Float64___setslice__(
+    self: _proxy.ArrayOfVariable1D_Float64, i: int, j: int, /
+) -> None: ...
+@overload
 def ArrayOfVariable1D_Float64___setslice__(
     self: _proxy.ArrayOfVariable1D_Float64,
     i: int,
     j: int,
-    v: Iterable[_proxy.Variable1D_Float64] = ...,
+    v: Iterable[_proxy.Variable1D_Float64],
     /,
 ) -> None: ...
 def ArrayOfVariable1D_Float64___delslice__(
     self: _proxy.ArrayOfVariable1D_Float64, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable1D_Float64___delitem__(
-    self: _proxy.ArrayOfVariable1D_Float64, i: int | slice, /
+    self: _proxy.ArrayOfVariable1D_Float64, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Float64___delitem__(
+    self: _proxy.ArrayOfVariable1D_Float64, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Float64___getitem__(
@@ -456,10 +650,11 @@ def ArrayOfVariable1D_Float64___getitem__(
 ) -> _proxy.Variable1D_Float64: ...
 @overload
 def ArrayOfVariable1D_Float64___setitem__(
-    self: _proxy.ArrayOfVariable1D_Float64,
-    slice: slice,
-    v: Iterable[_proxy.Variable1D_Float64] = ...,
-    /,
+    self: _proxy.ArrayOfVariable1D_Float64, slice: slice, v: Iterable[_proxy.Variable1D_Float64], /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Float64___setitem__(
+    self: _proxy.ArrayOfVariable1D_Float64, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Float64___setitem__(
@@ -472,7 +667,9 @@ def new_ArrayOfVariable1D_Int32() -> Any: ...
 @overload
 def new_ArrayOfVariable1D_Int32(other: Iterable[_proxy.Variable1D_Int32], /) -> Any: ...
 @overload
-def new_ArrayOfVariable1D_Int32(size: int, value: _proxy.Variable1D_Int32 = ..., /) -> Any: ...
+def new_ArrayOfVariable1D_Int32(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable1D_Int32(size: int, value: _proxy.Variable1D_Int32, /) -> Any: ...
 def delete_ArrayOfVariable1D_Int32(self: _proxy.ArrayOfVariable1D_Int32, /) -> None: ...
 def ArrayOfVariable1D_Int32_iterator(
     self: _proxy.ArrayOfVariable1D_Int32, /
@@ -483,18 +680,24 @@ def ArrayOfVariable1D_Int32___len__(self: _proxy.ArrayOfVariable1D_Int32, /) -> 
 def ArrayOfVariable1D_Int32___getslice__(
     self: _proxy.ArrayOfVariable1D_Int32, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable1D_Int32: ...
+@overload
 def ArrayOfVariable1D_Int32___setslice__(
-    self: _proxy.ArrayOfVariable1D_Int32,
-    i: int,
-    j: int,
-    v: Iterable[_proxy.Variable1D_Int32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable1D_Int32, i: int, j: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Int32___setslice__(
+    self: _proxy.ArrayOfVariable1D_Int32, i: int, j: int, v: Iterable[_proxy.Variable1D_Int32], /
 ) -> None: ...
 def ArrayOfVariable1D_Int32___delslice__(
     self: _proxy.ArrayOfVariable1D_Int32, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable1D_Int32___delitem__(
-    self: _proxy.ArrayOfVariable1D_Int32, i: int | slice, /
+    self: _proxy.ArrayOfVariable1D_Int32, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Int32___delitem__(
+    self: _proxy.ArrayOfVariable1D_Int32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Int32___getitem__(
@@ -506,10 +709,11 @@ def ArrayOfVariable1D_Int32___getitem__(
 ) -> _proxy.Variable1D_Int32: ...
 @overload
 def ArrayOfVariable1D_Int32___setitem__(
-    self: _proxy.ArrayOfVariable1D_Int32,
-    slice: slice,
-    v: Iterable[_proxy.Variable1D_Int32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable1D_Int32, slice: slice, v: Iterable[_proxy.Variable1D_Int32], /
+) -> None: ...
+@overload
+def ArrayOfVariable1D_Int32___setitem__(
+    self: _proxy.ArrayOfVariable1D_Int32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable1D_Int32___setitem__(
@@ -522,7 +726,9 @@ def new_ArrayOfVariable2D_Float32() -> Any: ...
 @overload
 def new_ArrayOfVariable2D_Float32(other: Iterable[_proxy.Variable2D_Float32], /) -> Any: ...
 @overload
-def new_ArrayOfVariable2D_Float32(size: int, value: _proxy.Variable2D_Float32 = ..., /) -> Any: ...
+def new_ArrayOfVariable2D_Float32(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable2D_Float32(size: int, value: _proxy.Variable2D_Float32, /) -> Any: ...
 def delete_ArrayOfVariable2D_Float32(self: _proxy.ArrayOfVariable2D_Float32, /) -> None: ...
 def ArrayOfVariable2D_Float32_iterator(
     self: _proxy.ArrayOfVariable2D_Float32, /
@@ -533,18 +739,28 @@ def ArrayOfVariable2D_Float32___len__(self: _proxy.ArrayOfVariable2D_Float32, /)
 def ArrayOfVariable2D_Float32___getslice__(
     self: _proxy.ArrayOfVariable2D_Float32, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable2D_Float32: ...
+@overload
+def ArrayOfVariable2D_Float32___setslice__(
+    self: _proxy.ArrayOfVariable2D_Float32, i: int, j: int, /
+) -> None: ...
+@overload
 def ArrayOfVariable2D_Float32___setslice__(
     self: _proxy.ArrayOfVariable2D_Float32,
     i: int,
     j: int,
-    v: Iterable[_proxy.Variable2D_Float32] = ...,
+    v: Iterable[_proxy.Variable2D_Float32],
     /,
 ) -> None: ...
 def ArrayOfVariable2D_Float32___delslice__(
     self: _proxy.ArrayOfVariable2D_Float32, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable2D_Float32___delitem__(
-    self: _proxy.ArrayOfVariable2D_Float32, i: int | slice, /
+    self: _proxy.ArrayOfVariable2D_Float32, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Float32___delitem__(
+    self: _proxy.ArrayOfVariable2D_Float32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Float32___getitem__(
@@ -556,10 +772,11 @@ def ArrayOfVariable2D_Float32___getitem__(
 ) -> _proxy.Variable2D_Float32: ...
 @overload
 def ArrayOfVariable2D_Float32___setitem__(
-    self: _proxy.ArrayOfVariable2D_Float32,
-    slice: slice,
-    v: Iterable[_proxy.Variable2D_Float32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable2D_Float32, slice: slice, v: Iterable[_proxy.Variable2D_Float32], /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Float32___setitem__(
+    self: _proxy.ArrayOfVariable2D_Float32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Float32___setitem__(
@@ -572,7 +789,9 @@ def new_ArrayOfVariable2D_Float64() -> Any: ...
 @overload
 def new_ArrayOfVariable2D_Float64(other: Iterable[_proxy.Variable2D_Float64], /) -> Any: ...
 @overload
-def new_ArrayOfVariable2D_Float64(size: int, value: _proxy.Variable2D_Float64 = ..., /) -> Any: ...
+def new_ArrayOfVariable2D_Float64(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable2D_Float64(size: int, value: _proxy.Variable2D_Float64, /) -> Any: ...
 def delete_ArrayOfVariable2D_Float64(self: _proxy.ArrayOfVariable2D_Float64, /) -> None: ...
 def ArrayOfVariable2D_Float64_iterator(
     self: _proxy.ArrayOfVariable2D_Float64, /
@@ -583,18 +802,28 @@ def ArrayOfVariable2D_Float64___len__(self: _proxy.ArrayOfVariable2D_Float64, /)
 def ArrayOfVariable2D_Float64___getslice__(
     self: _proxy.ArrayOfVariable2D_Float64, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable2D_Float64: ...
+@overload
+def ArrayOfVariable2D_Float64___setslice__(
+    self: _proxy.ArrayOfVariable2D_Float64, i: int, j: int, /
+) -> None: ...
+@overload
 def ArrayOfVariable2D_Float64___setslice__(
     self: _proxy.ArrayOfVariable2D_Float64,
     i: int,
     j: int,
-    v: Iterable[_proxy.Variable2D_Float64] = ...,
+    v: Iterable[_proxy.Variable2D_Float64],
     /,
 ) -> None: ...
 def ArrayOfVariable2D_Float64___delslice__(
     self: _proxy.ArrayOfVariable2D_Float64, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable2D_Float64___delitem__(
-    self: _proxy.ArrayOfVariable2D_Float64, i: int | slice, /
+    self: _proxy.ArrayOfVariable2D_Float64, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Float64___delitem__(
+    self: _proxy.ArrayOfVariable2D_Float64, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Float64___getitem__(
@@ -606,10 +835,11 @@ def ArrayOfVariable2D_Float64___getitem__(
 ) -> _proxy.Variable2D_Float64: ...
 @overload
 def ArrayOfVariable2D_Float64___setitem__(
-    self: _proxy.ArrayOfVariable2D_Float64,
-    slice: slice,
-    v: Iterable[_proxy.Variable2D_Float64] = ...,
-    /,
+    self: _proxy.ArrayOfVariable2D_Float64, slice: slice, v: Iterable[_proxy.Variable2D_Float64], /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Float64___setitem__(
+    self: _proxy.ArrayOfVariable2D_Float64, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Float64___setitem__(
@@ -622,7 +852,9 @@ def new_ArrayOfVariable2D_Int32() -> Any: ...
 @overload
 def new_ArrayOfVariable2D_Int32(other: Iterable[_proxy.Variable2D_Int32], /) -> Any: ...
 @overload
-def new_ArrayOfVariable2D_Int32(size: int, value: _proxy.Variable2D_Int32 = ..., /) -> Any: ...
+def new_ArrayOfVariable2D_Int32(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfVariable2D_Int32(size: int, value: _proxy.Variable2D_Int32, /) -> Any: ...
 def delete_ArrayOfVariable2D_Int32(self: _proxy.ArrayOfVariable2D_Int32, /) -> None: ...
 def ArrayOfVariable2D_Int32_iterator(
     self: _proxy.ArrayOfVariable2D_Int32, /
@@ -633,18 +865,24 @@ def ArrayOfVariable2D_Int32___len__(self: _proxy.ArrayOfVariable2D_Int32, /) -> 
 def ArrayOfVariable2D_Int32___getslice__(
     self: _proxy.ArrayOfVariable2D_Int32, i: int, j: int, /
 ) -> _proxy.ArrayOfVariable2D_Int32: ...
+@overload
 def ArrayOfVariable2D_Int32___setslice__(
-    self: _proxy.ArrayOfVariable2D_Int32,
-    i: int,
-    j: int,
-    v: Iterable[_proxy.Variable2D_Int32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable2D_Int32, i: int, j: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Int32___setslice__(
+    self: _proxy.ArrayOfVariable2D_Int32, i: int, j: int, v: Iterable[_proxy.Variable2D_Int32], /
 ) -> None: ...
 def ArrayOfVariable2D_Int32___delslice__(
     self: _proxy.ArrayOfVariable2D_Int32, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfVariable2D_Int32___delitem__(
-    self: _proxy.ArrayOfVariable2D_Int32, i: int | slice, /
+    self: _proxy.ArrayOfVariable2D_Int32, i: int, /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Int32___delitem__(
+    self: _proxy.ArrayOfVariable2D_Int32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Int32___getitem__(
@@ -656,10 +894,11 @@ def ArrayOfVariable2D_Int32___getitem__(
 ) -> _proxy.Variable2D_Int32: ...
 @overload
 def ArrayOfVariable2D_Int32___setitem__(
-    self: _proxy.ArrayOfVariable2D_Int32,
-    slice: slice,
-    v: Iterable[_proxy.Variable2D_Int32] = ...,
-    /,
+    self: _proxy.ArrayOfVariable2D_Int32, slice: slice, v: Iterable[_proxy.Variable2D_Int32], /
+) -> None: ...
+@overload
+def ArrayOfVariable2D_Int32___setitem__(
+    self: _proxy.ArrayOfVariable2D_Int32, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfVariable2D_Int32___setitem__(
@@ -672,9 +911,9 @@ def new_ArrayOfIndependentVariable() -> Any: ...
 @overload
 def new_ArrayOfIndependentVariable(other: Iterable[_proxy.IndependentVariable], /) -> Any: ...
 @overload
-def new_ArrayOfIndependentVariable(
-    size: int, value: _proxy.IndependentVariable = ..., /
-) -> Any: ...
+def new_ArrayOfIndependentVariable(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfIndependentVariable(size: int, value: _proxy.IndependentVariable, /) -> Any: ...
 def delete_ArrayOfIndependentVariable(self: _proxy.ArrayOfIndependentVariable, /) -> None: ...
 def ArrayOfIndependentVariable_iterator(
     self: _proxy.ArrayOfIndependentVariable, /
@@ -685,18 +924,28 @@ def ArrayOfIndependentVariable___len__(self: _proxy.ArrayOfIndependentVariable, 
 def ArrayOfIndependentVariable___getslice__(
     self: _proxy.ArrayOfIndependentVariable, i: int, j: int, /
 ) -> _proxy.ArrayOfIndependentVariable: ...
+@overload
+def ArrayOfIndependentVariable___setslice__(
+    self: _proxy.ArrayOfIndependentVariable, i: int, j: int, /
+) -> None: ...
+@overload
 def ArrayOfIndependentVariable___setslice__(
     self: _proxy.ArrayOfIndependentVariable,
     i: int,
     j: int,
-    v: Iterable[_proxy.IndependentVariable] = ...,
+    v: Iterable[_proxy.IndependentVariable],
     /,
 ) -> None: ...
 def ArrayOfIndependentVariable___delslice__(
     self: _proxy.ArrayOfIndependentVariable, i: int, j: int, /
 ) -> None: ...
+@overload
 def ArrayOfIndependentVariable___delitem__(
-    self: _proxy.ArrayOfIndependentVariable, i: int | slice, /
+    self: _proxy.ArrayOfIndependentVariable, i: int, /
+) -> None: ...
+@overload
+def ArrayOfIndependentVariable___delitem__(
+    self: _proxy.ArrayOfIndependentVariable, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfIndependentVariable___getitem__(
@@ -710,8 +959,12 @@ def ArrayOfIndependentVariable___getitem__(
 def ArrayOfIndependentVariable___setitem__(
     self: _proxy.ArrayOfIndependentVariable,
     slice: slice,
-    v: Iterable[_proxy.IndependentVariable] = ...,
+    v: Iterable[_proxy.IndependentVariable],
     /,
+) -> None: ...
+@overload
+def ArrayOfIndependentVariable___setitem__(
+    self: _proxy.ArrayOfIndependentVariable, slice: slice, /
 ) -> None: ...
 @overload
 def ArrayOfIndependentVariable___setitem__(
@@ -724,7 +977,9 @@ def new_ArrayOfGroup() -> Any: ...
 @overload
 def new_ArrayOfGroup(other: Iterable[_proxy.Group], /) -> Any: ...
 @overload
-def new_ArrayOfGroup(size: int, value: _proxy.Group = ..., /) -> Any: ...
+def new_ArrayOfGroup(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfGroup(size: int, value: _proxy.Group, /) -> Any: ...
 def delete_ArrayOfGroup(self: _proxy.ArrayOfGroup, /) -> None: ...
 def ArrayOfGroup_iterator(self: _proxy.ArrayOfGroup, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfGroup___nonzero__(self: _proxy.ArrayOfGroup, /) -> bool: ...
@@ -733,19 +988,27 @@ def ArrayOfGroup___len__(self: _proxy.ArrayOfGroup, /) -> int: ...
 def ArrayOfGroup___getslice__(
     self: _proxy.ArrayOfGroup, i: int, j: int, /
 ) -> _proxy.ArrayOfGroup: ...
+@overload
+def ArrayOfGroup___setslice__(self: _proxy.ArrayOfGroup, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfGroup___setslice__(
-    self: _proxy.ArrayOfGroup, i: int, j: int, v: Iterable[_proxy.Group] = ..., /
+    self: _proxy.ArrayOfGroup, i: int, j: int, v: Iterable[_proxy.Group], /
 ) -> None: ...
 def ArrayOfGroup___delslice__(self: _proxy.ArrayOfGroup, i: int, j: int, /) -> None: ...
-def ArrayOfGroup___delitem__(self: _proxy.ArrayOfGroup, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfGroup___delitem__(self: _proxy.ArrayOfGroup, i: int, /) -> None: ...
+@overload
+def ArrayOfGroup___delitem__(self: _proxy.ArrayOfGroup, slice: slice, /) -> None: ...
 @overload
 def ArrayOfGroup___getitem__(self: _proxy.ArrayOfGroup, slice: slice, /) -> _proxy.ArrayOfGroup: ...
 @overload
 def ArrayOfGroup___getitem__(self: _proxy.ArrayOfGroup, i: int, /) -> _proxy.Group: ...
 @overload
 def ArrayOfGroup___setitem__(
-    self: _proxy.ArrayOfGroup, slice: slice, v: Iterable[_proxy.Group] = ..., /
+    self: _proxy.ArrayOfGroup, slice: slice, v: Iterable[_proxy.Group], /
 ) -> None: ...
+@overload
+def ArrayOfGroup___setitem__(self: _proxy.ArrayOfGroup, slice: slice, /) -> None: ...
 @overload
 def ArrayOfGroup___setitem__(self: _proxy.ArrayOfGroup, i: int, x: _proxy.Group, /) -> None: ...
 def ArrayOfGroup_swigregister(cls: type, /) -> None: ...
@@ -755,26 +1018,36 @@ def new_ArrayOfRun() -> Any: ...
 @overload
 def new_ArrayOfRun(other: Iterable[_proxy.Run], /) -> Any: ...
 @overload
-def new_ArrayOfRun(size: int, value: _proxy.Run = ..., /) -> Any: ...
+def new_ArrayOfRun(size: int, /) -> Any: ...
+@overload
+def new_ArrayOfRun(size: int, value: _proxy.Run, /) -> Any: ...
 def delete_ArrayOfRun(self: _proxy.ArrayOfRun, /) -> None: ...
 def ArrayOfRun_iterator(self: _proxy.ArrayOfRun, /) -> _proxy.SwigPyIterator: ...
 def ArrayOfRun___nonzero__(self: _proxy.ArrayOfRun, /) -> bool: ...
 def ArrayOfRun___bool__(self: _proxy.ArrayOfRun, /) -> bool: ...
 def ArrayOfRun___len__(self: _proxy.ArrayOfRun, /) -> int: ...
 def ArrayOfRun___getslice__(self: _proxy.ArrayOfRun, i: int, j: int, /) -> _proxy.ArrayOfRun: ...
+@overload
+def ArrayOfRun___setslice__(self: _proxy.ArrayOfRun, i: int, j: int, /) -> None: ...
+@overload
 def ArrayOfRun___setslice__(
-    self: _proxy.ArrayOfRun, i: int, j: int, v: Iterable[_proxy.Run] = ..., /
+    self: _proxy.ArrayOfRun, i: int, j: int, v: Iterable[_proxy.Run], /
 ) -> None: ...
 def ArrayOfRun___delslice__(self: _proxy.ArrayOfRun, i: int, j: int, /) -> None: ...
-def ArrayOfRun___delitem__(self: _proxy.ArrayOfRun, i: int | slice, /) -> None: ...
+@overload
+def ArrayOfRun___delitem__(self: _proxy.ArrayOfRun, i: int, /) -> None: ...
+@overload
+def ArrayOfRun___delitem__(self: _proxy.ArrayOfRun, slice: slice, /) -> None: ...
 @overload
 def ArrayOfRun___getitem__(self: _proxy.ArrayOfRun, slice: slice, /) -> _proxy.ArrayOfRun: ...
 @overload
 def ArrayOfRun___getitem__(self: _proxy.ArrayOfRun, i: int, /) -> _proxy.Run: ...
 @overload
 def ArrayOfRun___setitem__(
-    self: _proxy.ArrayOfRun, slice: slice, v: Iterable[_proxy.Run] = ..., /
+    self: _proxy.ArrayOfRun, slice: slice, v: Iterable[_proxy.Run], /
 ) -> None: ...
+@overload
+def ArrayOfRun___setitem__(self: _proxy.ArrayOfRun, slice: slice, /) -> None: ...
 @overload
 def ArrayOfRun___setitem__(self: _proxy.ArrayOfRun, i: int, x: _proxy.Run, /) -> None: ...
 def ArrayOfRun_swigregister(cls: type, /) -> None: ...
@@ -1018,50 +1291,108 @@ def Variable1D_Float32_get_maximum_contemporaneous(
 ) -> float: ...
 def Variable1D_Float32_swigregister(cls: type, /) -> None: ...
 def delete_Variable2D_Float32(self: _proxy.Variable2D_Float32, /) -> None: ...
+@overload
 def Variable2D_Float32__get_data_at_value_native_array(
-    self: _proxy.Variable2D_Float32, value: float | str, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: float, /
+) -> tuple[float, ...]: ...
+@overload
+def Variable2D_Float32__get_data_at_value_native_array(
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: str, /
 ) -> tuple[float, ...]: ...
 def Variable2D_Float32__get_data_at_index_native_array(
-    self: _proxy.Variable2D_Float32, index: int, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableIndex: int, /
 ) -> tuple[float, ...]: ...
 def Variable2D_Float32__get_data_for_all_independent_variable_values_native_array(
     self: _proxy.Variable2D_Float32, /
 ) -> tuple[tuple[float, ...], ...]: ...
+@overload
 def Variable2D_Float32_get_mean_at_value(
-    self: _proxy.Variable2D_Float32, value: float | str, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float32_get_mean_at_value(
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float32_get_mean_at_index(
-    self: _proxy.Variable2D_Float32, index: int, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float32_get_maximum_at_value(
-    self: _proxy.Variable2D_Float32, value: float | str, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float32_get_maximum_at_value(
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float32_get_maximum_at_index(
-    self: _proxy.Variable2D_Float32, index: int, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float32_get_minimum_at_value(
-    self: _proxy.Variable2D_Float32, value: float | str, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float32_get_minimum_at_value(
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float32_get_minimum_at_index(
-    self: _proxy.Variable2D_Float32, index: int, /
+    self: _proxy.Variable2D_Float32, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float32_get_independent_variable(
-    self: _proxy.Variable2D_Float32, name_or_id: str | int, /
+    self: _proxy.Variable2D_Float32, independentVariableName: str, /
 ) -> _proxy.IndependentVariable: ...
+@overload
+def Variable2D_Float32_get_independent_variable(
+    self: _proxy.Variable2D_Float32, independentVariableId: int, /
+) -> _proxy.IndependentVariable: ...
+@overload
 def Variable2D_Float32_get_minimum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Float32, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> float: ...
+@overload
+def Variable2D_Float32_get_minimum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> float: ...
 def Variable2D_Float32_get_minimum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Float32, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> float: ...
+@overload
 def Variable2D_Float32_get_maximum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Float32, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> float: ...
+@overload
+def Variable2D_Float32_get_maximum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> float: ...
 def Variable2D_Float32_get_maximum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Float32, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Float32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> float: ...
+@overload
 def Variable2D_Float32__get_data_at_value_numpy_from_vector(
-    self: _proxy.Variable2D_Float32, value: float | str, /
+    self: _proxy.Variable2D_Float32, value: str, /
+) -> NDArray[np.float32]: ...
+@overload
+def Variable2D_Float32__get_data_at_value_numpy_from_vector(
+    self: _proxy.Variable2D_Float32, value: float, /
 ) -> NDArray[np.float32]: ...
 def Variable2D_Float32__get_data_at_index_numpy_from_vector(
     self: _proxy.Variable2D_Float32, index: int, /
@@ -1088,50 +1419,108 @@ def Variable1D_Float64_get_maximum_contemporaneous(
 ) -> float: ...
 def Variable1D_Float64_swigregister(cls: type, /) -> None: ...
 def delete_Variable2D_Float64(self: _proxy.Variable2D_Float64, /) -> None: ...
+@overload
 def Variable2D_Float64__get_data_at_value_native_array(
-    self: _proxy.Variable2D_Float64, value: float | str, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: float, /
+) -> tuple[float, ...]: ...
+@overload
+def Variable2D_Float64__get_data_at_value_native_array(
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: str, /
 ) -> tuple[float, ...]: ...
 def Variable2D_Float64__get_data_at_index_native_array(
-    self: _proxy.Variable2D_Float64, index: int, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableIndex: int, /
 ) -> tuple[float, ...]: ...
 def Variable2D_Float64__get_data_for_all_independent_variable_values_native_array(
     self: _proxy.Variable2D_Float64, /
 ) -> tuple[tuple[float, ...], ...]: ...
+@overload
 def Variable2D_Float64_get_mean_at_value(
-    self: _proxy.Variable2D_Float64, value: float | str, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float64_get_mean_at_value(
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float64_get_mean_at_index(
-    self: _proxy.Variable2D_Float64, index: int, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float64_get_maximum_at_value(
-    self: _proxy.Variable2D_Float64, value: float | str, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float64_get_maximum_at_value(
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float64_get_maximum_at_index(
-    self: _proxy.Variable2D_Float64, index: int, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float64_get_minimum_at_value(
-    self: _proxy.Variable2D_Float64, value: float | str, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: float, /
+) -> float: ...
+@overload
+def Variable2D_Float64_get_minimum_at_value(
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableValue: str, /
 ) -> float: ...
 def Variable2D_Float64_get_minimum_at_index(
-    self: _proxy.Variable2D_Float64, index: int, /
+    self: _proxy.Variable2D_Float64, secondaryIndependentVariableIndex: int, /
 ) -> float: ...
+@overload
 def Variable2D_Float64_get_independent_variable(
-    self: _proxy.Variable2D_Float64, name_or_id: str | int, /
+    self: _proxy.Variable2D_Float64, independentVariableName: str, /
 ) -> _proxy.IndependentVariable: ...
+@overload
+def Variable2D_Float64_get_independent_variable(
+    self: _proxy.Variable2D_Float64, independentVariableId: int, /
+) -> _proxy.IndependentVariable: ...
+@overload
 def Variable2D_Float64_get_minimum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Float64, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> float: ...
+@overload
+def Variable2D_Float64_get_minimum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> float: ...
 def Variable2D_Float64_get_minimum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Float64, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> float: ...
+@overload
 def Variable2D_Float64_get_maximum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Float64, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> float: ...
+@overload
+def Variable2D_Float64_get_maximum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> float: ...
 def Variable2D_Float64_get_maximum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Float64, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Float64,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> float: ...
+@overload
 def Variable2D_Float64__get_data_at_value_numpy_from_vector(
-    self: _proxy.Variable2D_Float64, value: float | str, /
+    self: _proxy.Variable2D_Float64, value: str, /
+) -> NDArray[np.float64]: ...
+@overload
+def Variable2D_Float64__get_data_at_value_numpy_from_vector(
+    self: _proxy.Variable2D_Float64, value: float, /
 ) -> NDArray[np.float64]: ...
 def Variable2D_Float64__get_data_at_index_numpy_from_vector(
     self: _proxy.Variable2D_Float64, index: int, /
@@ -1158,44 +1547,108 @@ def Variable1D_Int32_get_maximum_contemporaneous(
 ) -> int: ...
 def Variable1D_Int32_swigregister(cls: type, /) -> None: ...
 def delete_Variable2D_Int32(self: _proxy.Variable2D_Int32, /) -> None: ...
+@overload
 def Variable2D_Int32__get_data_at_value_native_array(
-    self: _proxy.Variable2D_Int32, value: float | str, /
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: float, /
+) -> tuple[int, ...]: ...
+@overload
+def Variable2D_Int32__get_data_at_value_native_array(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: str, /
 ) -> tuple[int, ...]: ...
 def Variable2D_Int32__get_data_at_index_native_array(
-    self: _proxy.Variable2D_Int32, index: int, /
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableIndex: int, /
 ) -> tuple[int, ...]: ...
 def Variable2D_Int32__get_data_for_all_independent_variable_values_native_array(
     self: _proxy.Variable2D_Int32, /
 ) -> tuple[tuple[int, ...], ...]: ...
+@overload
 def Variable2D_Int32_get_mean_at_value(
-    self: _proxy.Variable2D_Int32, value: float | str, /
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: float, /
 ) -> float: ...
-def Variable2D_Int32_get_mean_at_index(self: _proxy.Variable2D_Int32, index: int, /) -> float: ...
+@overload
+def Variable2D_Int32_get_mean_at_value(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: str, /
+) -> float: ...
+def Variable2D_Int32_get_mean_at_index(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableIndex: int, /
+) -> float: ...
+@overload
 def Variable2D_Int32_get_maximum_at_value(
-    self: _proxy.Variable2D_Int32, value: float | str, /
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: float, /
 ) -> int: ...
-def Variable2D_Int32_get_maximum_at_index(self: _proxy.Variable2D_Int32, index: int, /) -> int: ...
+@overload
+def Variable2D_Int32_get_maximum_at_value(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: str, /
+) -> int: ...
+def Variable2D_Int32_get_maximum_at_index(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableIndex: int, /
+) -> int: ...
+@overload
 def Variable2D_Int32_get_minimum_at_value(
-    self: _proxy.Variable2D_Int32, value: float | str, /
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: float, /
 ) -> int: ...
-def Variable2D_Int32_get_minimum_at_index(self: _proxy.Variable2D_Int32, index: int, /) -> int: ...
+@overload
+def Variable2D_Int32_get_minimum_at_value(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableValue: str, /
+) -> int: ...
+def Variable2D_Int32_get_minimum_at_index(
+    self: _proxy.Variable2D_Int32, secondaryIndependentVariableIndex: int, /
+) -> int: ...
+@overload
 def Variable2D_Int32_get_independent_variable(
-    self: _proxy.Variable2D_Int32, name_or_id: str | int, /
+    self: _proxy.Variable2D_Int32, independentVariableName: str, /
 ) -> _proxy.IndependentVariable: ...
+@overload
+def Variable2D_Int32_get_independent_variable(
+    self: _proxy.Variable2D_Int32, independentVariableId: int, /
+) -> _proxy.IndependentVariable: ...
+@overload
 def Variable2D_Int32_get_minimum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Int32, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> int: ...
+@overload
+def Variable2D_Int32_get_minimum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> int: ...
 def Variable2D_Int32_get_minimum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Int32, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> int: ...
+@overload
 def Variable2D_Int32_get_maximum_contemporaneous_at_value(
-    self: _proxy.Variable2D_Int32, contemporaneousVariableName: str, value: float | str, /
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: str,
+    /,
+) -> int: ...
+@overload
+def Variable2D_Int32_get_maximum_contemporaneous_at_value(
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableValue: float,
+    /,
 ) -> int: ...
 def Variable2D_Int32_get_maximum_contemporaneous_at_index(
-    self: _proxy.Variable2D_Int32, contemporaneousVariableName: str, index: int, /
+    self: _proxy.Variable2D_Int32,
+    contemporaneousVariableName: str,
+    secondaryIndependentVariableIndex: int,
+    /,
 ) -> int: ...
+@overload
 def Variable2D_Int32__get_data_at_value_numpy_from_vector(
-    self: _proxy.Variable2D_Int32, value: float | str, /
+    self: _proxy.Variable2D_Int32, value: str, /
+) -> NDArray[np.int32]: ...
+@overload
+def Variable2D_Int32__get_data_at_value_numpy_from_vector(
+    self: _proxy.Variable2D_Int32, value: float, /
 ) -> NDArray[np.int32]: ...
 def Variable2D_Int32__get_data_at_index_numpy_from_vector(
     self: _proxy.Variable2D_Int32, index: int, /
@@ -1214,8 +1667,13 @@ def Group_contains_variable_2d(self: _proxy.Group, variableName: str, /) -> bool
 def Group__get_independent_variables_native_array(
     self: _proxy.Group, /
 ) -> tuple[_proxy.IndependentVariable, ...]: ...
+@overload
 def Group_get_independent_variable(
-    self: _proxy.Group, name_or_id: str | int, /
+    self: _proxy.Group, independentVariableName: str, /
+) -> _proxy.IndependentVariable: ...
+@overload
+def Group_get_independent_variable(
+    self: _proxy.Group, independentVariableId: int, /
 ) -> _proxy.IndependentVariable: ...
 def Group_get_calculation_short_name(self: _proxy.Group, /) -> str: ...
 def Group_get_calculation_descriptive_name(self: _proxy.Group, /) -> str: ...
@@ -1330,9 +1788,9 @@ def Run__RUNPREFIX_get_variable_2d_from_specific_output_group_int32(
 ) -> _proxy.Variable2D_Int32: ...
 def Run_swigregister(cls: type, /) -> None: ...
 @overload
-def new_RunsIterator(rootDirectory: str, searchScope: int = ..., /) -> Any: ...
-@overload
 def new_RunsIterator(rootDirectory: str, runName: str, searchScope: int = ..., /) -> Any: ...
+@overload
+def new_RunsIterator(rootDirectory: str, searchScope: int = ..., /) -> Any: ...
 def delete_RunsIterator(self: _proxy.RunsIterator, /) -> None: ...
 def RunsIterator_get_next_run(self: _proxy.RunsIterator, /) -> _proxy.Run | None: ...
 def RunsIterator_swigregister(cls: type, /) -> None: ...
@@ -1359,76 +1817,3 @@ def TabulonApi_write_output(
 ) -> bool: ...
 def delete_TabulonApi(self: _proxy.TabulonApi, /) -> None: ...
 def TabulonApi_swigregister(cls: type, /) -> None: ...
-
-SHARED_PTR_DISOWN: int
-DataTypeSpecifier_ReadAsSerialisedType: int
-DataTypeSpecifier_ReadAsFloat32: int
-DataTypeSpecifier_ReadAsFloat64: int
-VariableDataType_Float32: int
-VariableDataType_Float64: int
-VariableDataType_Int32: int
-VariableDataFormat_ASCII: int
-VariableDataFormat_Binary: int
-SearchScope_RecursiveSearch: int
-SearchScope_RootDirectoryOnly: int
-CaseSensitivity_IgnoreCase: int
-CaseSensitivity_MatchCase: int
-AxisTypeId_IntervalAxis: int
-AxisTypeId_LabelledValueAxis: int
-AxisTypeId_LabelledStringAxis: int
-TEFileCreation_Create: int
-TEFileCreation_DoNotCreate: int
-OverwriteBehaviour_OverwriteExistingOutput: int
-OverwriteBehaviour_DoNotOverwriteExistingOutput: int
-CalculationType_AllCalculationTypes: int
-CalculationType_AllTurbineSimulations: int
-CalculationType_AllSupportingCalculations: int
-CalculationType_AllPostProcessingCalculations: int
-CalculationType_Unknown: int
-CalculationType_WindTurbulence: int
-CalculationType_AerodynamicInformation: int
-CalculationType_PerformanceCoefficients: int
-CalculationType_SteadyPowerCurve: int
-CalculationType_SteadyOperationalLoads: int
-CalculationType_SteadyParkedLoads: int
-CalculationType_DynamicPowerCurve: int
-CalculationType_PowerProductionSimulation: int
-CalculationType_NormalStopSimulation: int
-CalculationType_EmergencyStopSimulation: int
-CalculationType_StartUpSimulation: int
-CalculationType_IdlingSimulation: int
-CalculationType_ParkedSimulation: int
-CalculationType_BasicStatistics: int
-CalculationType_FourierHarmonicsAnalysis: int
-CalculationType_PeriodicComponentAnalysis: int
-CalculationType_ExtremePredictionAnalysis: int
-CalculationType_AutoSpectralDensityAnalysis: int
-CalculationType_CrossSpectralDensityAnalysis: int
-CalculationType_ProbabilityDensityAnalysis: int
-CalculationType_PeakAnalysis: int
-CalculationType_LevelCrossingFrequencyAnalysis: int
-CalculationType_RainflowCycleAnalysis: int
-CalculationType_FatigueAnalysis: int
-CalculationType_AnnualEnergyYieldAnalysis: int
-CalculationType_ChannelCombination: int
-CalculationType_UltimateLoadsAnalysis: int
-CalculationType_UltimateLoadCasesAnalysis: int
-CalculationType_FlickerAnalysis: int
-CalculationType_EarthquakeGeneration: int
-CalculationType_ModelLinearisation: int
-CalculationType_ExtremeLoadExtrapolation: int
-CalculationType_ElectricalPerformance: int
-CalculationType_SeaState: int
-CalculationType_MooringStiffness: int
-CalculationType_UserDefined: int
-CompletionState_AllCompletionStates: int
-CompletionState_UnsuccessfulRunsOnly: int
-CompletionState_Unknown: int
-CompletionState_InProgress: int
-CompletionState_CompletedNormally: int
-CompletionState_Terminated: int
-CompletionState_Errored: int
-CompletionState_Aborted: int
-IndependentVariableId_PrimaryIndependentVariable: int
-IndependentVariableId_SecondaryIndependentVariable: int
-FileFormat_Tolvan: int

@@ -291,42 +291,42 @@ def _converted(array: NDArray[Any], dtype: type[np.generic]) -> NDArray[Any]:
 class OutputGroup1D_Float32(OutputGroup1D[float], _proxy.OutputGroup1D_Float32):
     """An output group of 4-byte floats over one independent variable."""
 
-    _dtype = np.float32
+    _dtype: ClassVar[type[np.generic]] = np.float32
 
 
 @registered
 class OutputGroup1D_Float64(OutputGroup1D[float], _proxy.OutputGroup1D_Float64):
     """An output group of 8-byte floats over one independent variable."""
 
-    _dtype = np.float64
+    _dtype: ClassVar[type[np.generic]] = np.float64
 
 
 @registered
 class OutputGroup1D_Int32(OutputGroup1D[int], _proxy.OutputGroup1D_Int32):
     """An output group of 4-byte integers over one independent variable."""
 
-    _dtype = np.int32
+    _dtype: ClassVar[type[np.generic]] = np.int32
 
 
 @registered
 class OutputGroup2D_Float32(OutputGroup2D[float], _proxy.OutputGroup2D_Float32):
     """An output group of 4-byte floats over two independent variables."""
 
-    _dtype = np.float32
+    _dtype: ClassVar[type[np.generic]] = np.float32
 
 
 @registered
 class OutputGroup2D_Float64(OutputGroup2D[float], _proxy.OutputGroup2D_Float64):
     """An output group of 8-byte floats over two independent variables."""
 
-    _dtype = np.float64
+    _dtype: ClassVar[type[np.generic]] = np.float64
 
 
 @registered
 class OutputGroup2D_Int32(OutputGroup2D[int], _proxy.OutputGroup2D_Int32):
     """An output group of 4-byte integers over two independent variables."""
 
-    _dtype = np.int32
+    _dtype: ClassVar[type[np.generic]] = np.int32
 
 
 _CLASSES_1D: dict[str, type[OutputGroup1D[Any]]] = {

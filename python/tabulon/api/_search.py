@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import os
-from typing import TypeAlias, overload
+from typing import Any, TypeAlias, overload
 
 from tabulon.api import _proxy
 from tabulon.api._registration import registered
@@ -14,7 +14,7 @@ __all__ = [
     "RunsIteratorRegex",
 ]
 
-StrPath: TypeAlias = "str | os.PathLike[str]"
+StrPath: TypeAlias = str | os.PathLike[str]
 
 
 @registered
@@ -52,7 +52,7 @@ class RunsIterator(_proxy.RunsIterator):
     def __init__(
         self, root_directory: StrPath, run_name: str, search_scope: int = ..., /
     ) -> None: ...
-    def __init__(self, root_directory: StrPath, /, *arguments: str | int) -> None:
+    def __init__(self, root_directory: StrPath, /, *arguments: Any) -> None:
         super().__init__(os.fspath(root_directory), *arguments)
 
     def __iter__(self) -> RunsIterator:

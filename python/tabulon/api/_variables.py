@@ -84,7 +84,8 @@ class IndependentVariable(_proxy.IndependentVariable):
     @overload
     def __init__(self, name: str, si_unit: str, start: float, step: float, /) -> None: ...
     def __init__(self, name: str, si_unit: str, /, *values: Any) -> None:
-        super().__init__(name, native(si_unit), *(_plain(value) for value in values))
+        plain: Any = map(_plain, values)
+        super().__init__(name, native(si_unit), *plain)
 
     def __repr__(self) -> str:
         return described(self, lambda: repr(self.get_name()))
