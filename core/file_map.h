@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "core/file.h"
+#include "core/file_lease.h"
 
 namespace Sumara {
 
@@ -43,12 +45,13 @@ class FileMap {
   void Release(std::uint64_t first, std::size_t size) const;
 
  private:
-  FileMap(int handle, char* bytes, std::uint64_t size)
-      : m_handle(handle), m_bytes(bytes), m_size(size) {}
+  FileMap(int handle, FileLease lease, char* bytes, std::uint64_t size)
+      : m_handle(handle), m_lease(std::move(lease)), m_bytes(bytes), m_size(size) {}
 
   bool IsReady(std::uint64_t first, std::size_t size) const;
 
   int m_handle;
+  FileLease m_lease;
   char* m_bytes;
   std::uint64_t m_size;
 };

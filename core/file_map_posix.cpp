@@ -4,12 +4,10 @@
 #include <unistd.h>
 #ifdef __linux__
 #include <sys/syscall.h>
-#include <sys/vfs.h>
 #endif
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -69,31 +67,6 @@ bool AreSamplesResident(const char* bytes, std::uint64_t pages) {
   return true;
 }
 
-/// Whether a cut by another machine cannot pass by the leases of this one.
-bool IsOnThisMachine(int handle) {
-  constexpr std::uint32_t kLocal[] = {
-      0xEF53,      // ext2, ext3, ext4
-      0x58465342,  // xfs
-      0x9123683E,  // btrfs
-      0xF2F52010,  // f2fs
-      0x01021994,  // tmpfs
-      0x794C7630,  // overlayfs
-  };
-  struct statfs told;
-  return ::fstatfs(handle, &told) == 0 &&
-         std::find(std::begin(kLocal), std::end(kLocal), static_cast<std::uint32_t>(told.f_type)) !=
-             std::end(kLocal);
-}
-
-bool TakeLease(int handle) {
-  // The system tells the holder that somebody waits. Nobody needs to know: the mapping goes soon.
-  // The usual signal would end the process, this one is ignored.
-  return ::fcntl(handle, F_SETSIG, SIGURG) == 0 && ::fcntl(handle, F_SETLEASE, F_RDLCK) == 0;
-}
-
-/// Ends the lease also where a forked process still has the file.
-void EndLease(int handle) { ::fcntl(handle, F_SETLEASE, F_UNLCK); }
-
 bool HasBytes(int handle, std::uint64_t size) {
   struct stat told;
   return ::fstat(handle, &told) == 0 && S_ISREG(told.st_mode) &&
@@ -120,20 +93,15 @@ bool IsResident(const File& file, std::uint64_t size) {
 }
 
 std::optional<FileMap> FileMap::Of(const File& file, std::uint64_t size) {
-  const int handle = file.Handle();
-  if (!IsOnThisMachine(handle) || !TakeLease(handle)) return std::nullopt;
-  char* const bytes = HasBytes(handle, size) ? Map(handle, size) : nullptr;
-  if (bytes == nullptr) {
-    EndLease(handle);
-    return std::nullopt;
-  }
-  return FileMap(handle, bytes, size);
+  std::optional<FileLease> lease = FileLease::Of(file);
+  if (!lease) return std::nullopt;
+  char* const bytes = HasBytes(file.Handle(), size) ? Map(file.Handle(), size) : nullptr;
+  if (bytes == nullptr) return std::nullopt;
+  return FileMap(file.Handle(), std::move(*lease), bytes, size);
 }
 
 FileMap::~FileMap() {
-  if (m_bytes == nullptr) return;
-  ::munmap(m_bytes, static_cast<std::size_t>(m_size));
-  EndLease(m_handle);
+  if (m_bytes != nullptr) ::munmap(m_bytes, static_cast<std::size_t>(m_size));
 }
 
 std::span<const char> FileMap::Ready(std::uint64_t first, std::size_t size) const {
@@ -172,6 +140,7 @@ void FileMap::Release(std::uint64_t, std::size_t) const {}
 
 FileMap::FileMap(FileMap&& other) noexcept
     : m_handle(other.m_handle),
+      m_lease(std::move(other.m_lease)),
       m_bytes(std::exchange(other.m_bytes, nullptr)),
       m_size(other.m_size) {}
 

@@ -12,6 +12,7 @@ std::optional<FileMap> FileMap::Of(const File&, std::uint64_t) { return std::nul
 
 FileMap::FileMap(FileMap&& other) noexcept
     : m_handle(other.m_handle),
+      m_lease(std::move(other.m_lease)),
       m_bytes(std::exchange(other.m_bytes, nullptr)),
       m_size(other.m_size) {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <span>
@@ -7,6 +8,7 @@
 
 #include "core/exceptions.h"
 #include "core/file_blocks.h"
+#include "core/file_lease.h"
 #include "core/paths.h"
 #include "core/reader.h"
 #include "tables/row_reader.h"
@@ -32,9 +34,13 @@ class BinaryRows final : public RowReader<U> {
     SetBlockSize(plan.rows.step);
   }
 
-  void Restart() override { m_blocks.emplace(m_file.OpenFile(), m_file.OpenFile().Size(), m_most); }
+  bool Restart() override {
+    m_lease.reset();
+    m_blocks.emplace(m_file.OpenFile(), m_file.OpenFile().Size(), m_most);
+    if (!m_blocks->IsMapped()) m_lease = Sumara::FileLease::Of(m_file.OpenFile());
+    return m_blocks->IsMapped() || m_lease;
+  }
   Sumara::FileState State() const override { return m_file.State(); }
-  bool IsPinned() const override { return m_blocks && m_blocks->IsMapped(); }
 
   void Read(const Sumara::RowRange& rows, std::span<U* const> columns,
             const StopQuestion& stop) override {
@@ -88,6 +94,7 @@ class BinaryRows final : public RowReader<U> {
   std::uint64_t m_lastBase = 0;
   std::size_t m_most = 0;
   std::optional<Sumara::FileBlocks> m_blocks;
+  std::optional<Sumara::FileLease> m_lease;  ///< where the blocks have none
 };
 
 }  // namespace Tabulon

@@ -93,8 +93,8 @@ void ColumnFigures<T>::Join(Column& column, const BlockSums& sums, std::size_t c
   const auto added = static_cast<double>(sums.count[c]);
   const double mean = sums.shift[c] + sums.sum[c] / added;
   const double difference = sums.squares[c] - sums.sum[c] * sums.sum[c] / added;
-  const double squares = std::isnan(difference) ? std::numeric_limits<double>::infinity()
-                                                : std::max(0.0, difference);
+  const double squares =
+      std::isnan(difference) ? std::numeric_limits<double>::infinity() : std::max(0.0, difference);
   const auto before = static_cast<double>(column.count);
   const double total = before + added;
   const double distance = mean - column.mean;

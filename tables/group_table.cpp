@@ -27,13 +27,8 @@ std::uint64_t SizeOf(const std::string& path) {
 Rows CountTextRows(const HeaderContents& contents, const StopQuestion& stop) {
   TextRows<double> lines(contents, {});  // the type that takes most numbers
   Rows rows;
-  lines.Restart();
-  bool fresh = true;
-  ReadSteadily(contents.dataPath, {[&] { return lines.State(); }, [] { return false; },
-                                   [&] {
-                                     if (!std::exchange(fresh, false)) lines.Restart();
-                                     rows = lines.Count(stop);
-                                   },
+  ReadSteadily(contents.dataPath, {[&] { return lines.Restart(); }, [&] { return lines.State(); },
+                                   [&] { rows = lines.Count(stop); },
                                    [&] { return 2 * rows.found + (rows.torn ? 1 : 0); }});
   return rows;
 }
@@ -122,11 +117,8 @@ void GroupTable::Read(const Selection& selection, std::span<T* const> columns, s
     if (plan.GetShape() != Shape{columns.size(), static_cast<std::size_t>(rows)})
       throw std::invalid_argument("the target has another shape than what is read");
     const auto reader = OpenRows<T>(*m_contents, plan);
-    ReadSteadily(DataPath(), {[&] { return reader->State(); }, [&] { return reader->IsPinned(); },
-                              [&] {
-                                reader->Restart();
-                                reader->Read(plan.rows, columns, stop);
-                              },
+    ReadSteadily(DataPath(), {[&] { return reader->Restart(); }, [&] { return reader->State(); },
+                              [&] { reader->Read(plan.rows, columns, stop); },
                               [&] {
                                 std::uint64_t sum = 0;
                                 for (const T* column : columns)

@@ -1,9 +1,10 @@
 #include "tables/header_contents.h"
 
-#include <charconv>
+#include <optional>
 #include <utility>
 
 #include "core/error_context.h"
+#include "core/file_lease.h"
 #include "core/paths.h"
 #include "core/text.h"
 #include "groupfiles/header_reader.h"
@@ -98,17 +99,16 @@ HeaderContents ReadHeader(const std::string& path) {
   contents.number = SumaraApi::HeaderNumberOf(Sumara::ExtensionOf(Sumara::FileNameOf(path)));
   Watched<Sumara::CHeaderReader> header(path);
   try {
-    header.Start();
-    bool fresh = true;
-    ReadSteadily(path, {[&] { return header.State(); }, [] { return false; },
-                        [&] {
-                          if (!std::exchange(fresh, false)) {
-                            header.Close();
-                            header.Start();
-                          }
-                          ReadOpened(header, contents);
-                        },
-                        [] { return std::uint64_t{0}; }});
+    std::optional<Sumara::FileLease> lease;
+    const auto start = [&] {
+      lease.reset();
+      header.Close();
+      header.Start();
+      lease = Sumara::FileLease::Of(header.OpenFile());
+      return lease.has_value();
+    };
+    ReadSteadily(path, {start, [&] { return header.State(); },
+                        [&] { ReadOpened(header, contents); }, [] { return std::uint64_t{0}; }});
   } catch (const CExceptionBase& failure) {
     throw TableError::Of(failure, path);
   }

@@ -107,11 +107,8 @@ Reduction Reduced(const HeaderContents& contents, const ReadPlan& plan, const St
   const auto reader = OpenRows<U>(contents, plan);
   Reduction figures;
   ReadSteadily(contents.dataPath,
-               {[&] { return reader->State(); }, [&] { return reader->IsPinned(); },
-                [&] {
-                  reader->Restart();
-                  figures = RowReduction<U>(contents, plan, *reader, stop).Run();
-                },
+               {[&] { return reader->Restart(); }, [&] { return reader->State(); },
+                [&] { figures = RowReduction<U>(contents, plan, *reader, stop).Run(); },
                 [&] { return FingerprintOfFigures(figures); }});
   return figures;
 }

@@ -17,11 +17,9 @@ class RowReader {
  public:
   virtual ~RowReader() = default;
 
-  /// Goes to the file as it is now.
-  virtual void Restart() = 0;
+  /// Goes to the file as it is now. \return whether nobody has it open for writing from now on.
+  virtual bool Restart() = 0;
   virtual Sumara::FileState State() const = 0;
-  /// Whether nobody could write since `Restart`.
-  virtual bool IsPinned() const = 0;
 
   /// Fills `columns[c][i]` with the value of column c in the i-th of `rows`. Rows are asked for in
   /// rising order.

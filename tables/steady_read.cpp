@@ -20,14 +20,15 @@ bool OnlyGrew(const Sumara::FileState& before, const Sumara::FileState& after) {
 void ReadSteadily(const std::string& path, const SteadyPass& steady) {
   std::optional<std::uint64_t> last;
   for (int attempt = 0; attempt < kMostPasses; ++attempt) {
+    bool atRest = steady.start();
     Sumara::FileState before = steady.state();
-    if (Sumara::ChangedJustNow(before)) {
+    if (!atRest && Sumara::ChangedJustNow(before)) {
       Sumara::WaitForFileClock();
+      atRest = steady.start();
       before = steady.state();
     }
-    const bool atRest = !Sumara::ChangedJustNow(before);
+    atRest = atRest || !Sumara::ChangedJustNow(before);
     steady.pass();
-    if (steady.pinned()) return;
     const Sumara::FileState after = steady.state();
     if (atRest && after == before) return;
     const std::uint64_t fingerprint = steady.fingerprint();

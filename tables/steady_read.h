@@ -10,8 +10,9 @@ namespace Tabulon {
 
 /// A pass over an open file, and the questions that tell whether the file stood still under it.
 struct SteadyPass {
+  /// Goes to the start of the file, and tells whether nobody has it open for writing from now on.
+  std::function<bool()> start;
   std::function<Sumara::FileState()> state;
-  std::function<bool()> pinned;  ///< whether nobody could write from the pass's start to its end
   std::function<void()> pass;
   std::function<std::uint64_t()> fingerprint;  ///< of what the pass delivered
 };

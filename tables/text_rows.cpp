@@ -49,7 +49,6 @@ TextRows<U>::TextRows(const HeaderContents& contents, const ReadPlan& plan)
     line.columns = Permuted(line.columns, order);
     line.values.resize(line.places.size());
   }
-  m_file.Open();
 }
 
 template <class U>
@@ -63,13 +62,13 @@ void TextRows<U>::Want(std::size_t column, const WantedColumn& wanted) {
 }
 
 template <class U>
-void TextRows<U>::Restart() {
-  if (!m_fresh) {
-    m_file.Close();
-    m_file.Open();
-  }
-  m_fresh = false;
+bool TextRows<U>::Restart() {
+  m_lease.reset();
+  m_file.Close();
+  m_file.Open();
+  m_lease = Sumara::FileLease::Of(m_file.OpenFile());
   m_file.Prepare();
+  return m_lease.has_value();
 }
 
 template <class U>

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "core/file_lease.h"
 #include "core/reader.h"
 #include "tables/row_reader.h"
 #include "tables/watched.h"
@@ -17,9 +19,8 @@ class TextRows final : public RowReader<U> {
  public:
   TextRows(const HeaderContents& contents, const ReadPlan& plan);
 
-  void Restart() override;
+  bool Restart() override;
   Sumara::FileState State() const override { return m_file.State(); }
-  bool IsPinned() const override { return false; }
   void Read(const Sumara::RowRange& rows, std::span<U* const> columns,
             const StopQuestion& stop) override;
   std::span<const U> WordsAt(std::uint64_t) override { return {}; }
@@ -43,7 +44,7 @@ class TextRows final : public RowReader<U> {
   const HeaderContents& m_contents;
   Watched<CReader<U, U>> m_file;
   std::vector<WantedLine> m_lines;
-  bool m_fresh = true;
+  std::optional<Sumara::FileLease> m_lease;
 };
 
 }  // namespace Tabulon
