@@ -1,6 +1,6 @@
 # The fuzz targets, tests/fuzz/fuzz_<NAME>.cpp. Each is a program of the fuzzer (fuzz_<NAME>, with
 # TABULON_BUILD_FUZZERS) and a test that replays known inputs (replay_<NAME>, with BUILD_TESTING).
-set(TABULON_FUZZ_TARGETS header text_data run tokens numbers slices damaged_run)
+set(TABULON_FUZZ_TARGETS header text_data run tokens numbers slices damaged_run tables)
 
 # The arrays of scripts are made of Python objects; their slices need no more of it than its headers.
 if(NOT Python_INCLUDE_DIRS)
@@ -19,13 +19,14 @@ set(TABULON_FUZZ_LAYER_tokens core)
 set(TABULON_FUZZ_LAYER_numbers groupfiles)
 set(TABULON_FUZZ_LAYER_slices core)
 set(TABULON_FUZZ_LAYER_damaged_run api)
+set(TABULON_FUZZ_LAYER_tables tables)
 
 # tabulon_add_fuzz_program(PROGRAM NAME)
 function(tabulon_add_fuzz_program program name)
   add_executable(${program} "${PROJECT_SOURCE_DIR}/tests/fuzz/fuzz_${name}.cpp")
   target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${program} PRIVATE tabulon_warnings tabulon_sanitizers)
-  foreach(layer IN ITEMS core groupfiles vocabulary model api)
+  foreach(layer IN ITEMS core groupfiles vocabulary tables model api)
     target_link_libraries(${program} PRIVATE tabulon_${layer})
     if(layer STREQUAL TABULON_FUZZ_LAYER_${name})
       break()

@@ -239,6 +239,11 @@ def damaged_run_seeds() -> dict[str, bytes]:
     return valid | damaged
 
 
+def table_seeds() -> dict[str, bytes]:
+    """Return groups of one header and its data."""
+    return {name: run for name, run in run_seeds().items() if run.count(MARK) == 1}
+
+
 SEEDS = {
     "header": header_seeds,
     "text_data": text_data_seeds,
@@ -247,6 +252,7 @@ SEEDS = {
     "numbers": number_seeds,
     "slices": slice_seeds,
     "damaged_run": damaged_run_seeds,
+    "tables": table_seeds,
 }
 
 
