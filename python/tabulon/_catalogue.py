@@ -259,7 +259,8 @@ class Catalogue(Campaign):
         now = self._now()
         old = {one.path: place for place, one in enumerate(self._known)}
         checks = [self._known[old[path]] if path in old else None for path, _ in now]
-        same = [one.value for one in outcomes(_is_unchanged, list(zip(now, checks, strict=True)))]
+        pairs = list(zip(now, checks, strict=True))
+        same = [one.value for one in outcomes(_is_unchanged, pairs, progress=False)]
         changed = [place for place, unchanged in enumerate(same) if not unchanged]
         new = np.full(len(self), -1, dtype=np.int32)
         known: list[Known] = []

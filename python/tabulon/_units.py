@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import os
 import re
+import threading
 from functools import lru_cache
 from itertools import groupby
 from typing import Any, NamedTuple
@@ -97,10 +99,11 @@ def conversion(source: str, target: str) -> Conversion:
     """
     if source == target:
         return Conversion(1.0, 0.0)
-    registry = _registry()
     problem = _problem_of_units()
     try:
-        zero, one = (registry.Quantity(x, source).to(target).magnitude for x in (0.0, 1.0))
+        with _one_at_a_time():
+            registry = _registry()
+            zero, one = (registry.Quantity(x, source).to(target).magnitude for x in (0.0, 1.0))
     except problem as error:
         raise DataError(f"no way from unit {source!r} to {target!r}: {error}") from None
     return Conversion(float(one - zero), float(zero))
@@ -132,14 +135,31 @@ def _names_in(code: str) -> frozenset[str]:
 @lru_cache(maxsize=1024)
 def _in_base_units(unit: str) -> tuple[Any, frozenset[str]]:
     """Return a unit in base units, where an angle stays an angle, and the names in it."""
-    registry = _registry()
     try:
-        parsed = registry.Unit(unit)
-        base = registry.get_base_units(parsed)[1]
-        names = {registry.parse_unit_name(name)[0][1] for name in dict(parsed._units)}
+        with _one_at_a_time():
+            registry = _registry()
+            parsed = registry.Unit(unit)
+            base = registry.get_base_units(parsed)[1]
+            names = {registry.parse_unit_name(name)[0][1] for name in dict(parsed._units)}
     except _problem_of_units() as error:
         raise DataError(f"unit {unit!r} is not known: {error}") from None
     return base, frozenset(names)
+
+
+# A registry of pint fills itself when it is first used, and is not safe for threads meanwhile.
+_locks = [threading.RLock()]
+
+
+def _new_lock() -> None:
+    """Forget a lock that a thread of the parent process held."""
+    _locks[0] = threading.RLock()
+
+
+os.register_at_fork(after_in_child=_new_lock)
+
+
+def _one_at_a_time() -> threading.RLock:
+    return _locks[0]
 
 
 def _registry() -> Any:  # noqa: ANN401 - pint makes the classes of a registry for it

@@ -8,6 +8,7 @@ from pathlib import Path
 
 import numpy as np
 import pytest
+import tabulon as tb
 from tabulon import api
 
 EXAMPLES = Path(__file__).resolve().parents[2] / "examples"
@@ -44,3 +45,58 @@ def test_derived_channel_reads_back_as_it_was_derived(tmp_path: Path) -> None:
     axis = power.get_independent_variable()
     times = source.get_variable_1d("Generator speed").get_independent_variable()
     assert np.allclose(axis.get_values_as_number(), times.get_values_as_number())
+
+
+@pytest.fixture(scope="module")
+def campaign(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """Simulate a small campaign, in which a run is cut off."""
+    pytest.importorskip("pandas")
+    root = tmp_path_factory.mktemp("campaign")
+    run_example("small_campaign.py", root)
+    data = root / "9ms" / "dlc12_9ms_seed2.$01"
+    data.write_bytes(data.read_bytes()[:1000])
+    return root
+
+
+def test_the_campaign_table_has_a_line_for_each_wind_speed(campaign: Path) -> None:
+    printed = run_example("campaign_table.py", campaign)
+    assert printed.startswith("10 runs\n")
+    power = [line for line in printed.splitlines() if line.startswith("Electrical power")]
+    assert [line.split()[4] for line in power] == ["6.0", "9.0", "12.0", "16.0", "20.0"]
+    assert "left out: dlc12_9ms_seed2: group 'Summary' has " in printed
+
+
+def test_the_ultimate_loads_are_those_of_the_data(campaign: Path) -> None:
+    printed = run_example("ultimate_loads.py", campaign)
+    lines = printed.splitlines()
+    assert lines[0].split()[:6] == ["variable", "secondary", "kind", "value", "unit", "run"]
+    thrust = next(line for line in lines if line.strip().startswith("Rotor thrust"))
+    values = {
+        run.stem: tb.open_run(run)["Rotor thrust"].values.max()
+        for run in campaign.rglob("*.$TE")
+        if run.stem != "dlc12_9ms_seed2"
+    }
+    assert max(values, key=lambda name: values[name]) in thrust
+    assert f"{max(values.values()):.4g}" in thrust
+
+
+def test_damage_equivalent_loads_come_from_each_whole_run(campaign: Path) -> None:
+    pytest.importorskip("rainflow")
+    pytest.importorskip("pint")
+    printed = run_example("damage_equivalent_loads.py", campaign)
+    lines = printed.splitlines()
+    assert len(lines) == 10
+    assert all("Tower fore-aft bending moment, m = 4:" in line for line in lines)
+    by_run = {line.split()[0]: float(line.split("m = 4:")[1].split()[0]) for line in lines}
+    assert by_run["dlc12_20ms_seed1"] > by_run["dlc12_6ms_seed1"] > 0
+
+
+def test_the_power_curve_of_the_runs_is_near_the_steady_one(campaign: Path, tmp_path: Path) -> None:
+    pytest.importorskip("matplotlib")
+    pytest.importorskip("pint")
+    picture = tmp_path / "curve.png"
+    printed = run_example("power_curve.py", campaign, "--output", picture)
+    assert picture.read_bytes().startswith(b"\x89PNG")
+    power = {float(line.split()[0]): float(line.split()[2]) for line in printed.splitlines()[:5]}
+    assert power[20.0] == pytest.approx(5.0, abs=0.05)
+    assert power[6.0] == pytest.approx(0.72, abs=0.2)

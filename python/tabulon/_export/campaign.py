@@ -71,9 +71,7 @@ def extremes_frame(
     )
     for i, key in enumerate(also):
         frame[key] = [row.others[i] for row in rows]
-    if rows:
-        run = runs[rows[0].run]
-        frame.attrs["units"] = {key: run[key].unit for key in also}
+    frame.attrs["units"] = {key: runs[rows[0].run][key].unit for key in also if rows}
     return frame  # type: ignore[no-any-return]
 
 

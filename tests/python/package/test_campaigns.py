@@ -6,6 +6,8 @@ import copy
 import os
 import pickle
 import re
+import subprocess
+import sys
 import threading
 import warnings
 from pathlib import Path
@@ -362,3 +364,17 @@ def test_no_warning_where_nothing_failed(root: Path) -> None:
     with warnings.catch_warnings():
         warnings.simplefilter("error")
         tb.open_campaign(root).stats(SPEED)
+
+
+def test_threads_may_be_the_first_to_convert_units(root: Path) -> None:
+    script = (
+        "import sys, threading, tabulon as tb\n"
+        "sys.setswitchinterval(1e-6)\n"
+        "runs = tb.open_campaign(sys.argv[1])\n"
+        "def largest(run): return run['Tower moment'].to('kN m').max().max()\n"
+        "results = runs.map(largest, progress=False)\n"
+        "assert len(results) == 12, results.failures.text.tolist()\n"
+    )
+    command = [sys.executable, "-c", script, str(root)]
+    done = subprocess.run(command, capture_output=True, text=True, check=False)
+    assert done.returncode == 0, done.stderr
