@@ -28,8 +28,12 @@ class DirectoryReader {
   DirectoryReader(DirectoryReader&&) noexcept;
   DirectoryReader& operator=(DirectoryReader&&) noexcept;
 
-  /// The next entry, or none at the end. \throws std::filesystem::filesystem_error named by `word`.
+  /// The next entry, or none at the end. After a failure the same entry is still the next one.
+  /// \throws std::filesystem::filesystem_error named by `word`.
   const DirectoryEntry* Next(const char* word);
+
+  /// The entry that was delivered last.
+  const DirectoryEntry& Entry() const { return m_entry; }
 
   const std::string& Path() const { return m_path; }
 

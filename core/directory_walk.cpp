@@ -1,5 +1,6 @@
 #include "core/directory_walk.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <utility>
 
@@ -24,33 +25,32 @@ void DirectoryWalk::Enter(const std::string& path, const std::string& canonical,
   Level level{DirectoryReader(path, word), path, canonical};
   WithTrailingSeparator(level.path);
   WithTrailingSeparator(level.canonical);
+  if (level.reader.Next(word) == nullptr) return NextOrLeave(word);
   m_levels.push_back(std::move(level));
-  NextOrLeave(word);
+  m_descends = true;
 }
 
 void DirectoryWalk::NextOrLeave(const char* word) {
+  // A directory is left only when the one above has told its next entry.
+  std::size_t depth = m_levels.size();
+  while (depth > 0 && m_levels[depth - 1].reader.Next(word) == nullptr) --depth;
+  m_levels.erase(m_levels.begin() + static_cast<std::ptrdiff_t>(depth), m_levels.end());
   m_descends = true;
-  while (!m_levels.empty()) {
-    if (const DirectoryEntry* entry = m_levels.back().reader.Next(word)) {
-      m_entry = *entry;
-      return;
-    }
-    m_levels.pop_back();
-  }
 }
 
 void DirectoryWalk::Advance() {
   if (AtEnd()) return;
-  if (m_descends && IsOwnDirectory(EntryPath(), m_entry.type)) {
-    Enter(EntryPath(), m_levels.back().canonical + m_entry.name, kAdvance);
+  if (m_descends && IsOwnDirectory(EntryPath(), Entry().type)) {
+    Enter(EntryPath(), m_levels.back().canonical + Entry().name, kAdvance);
   } else {
     NextOrLeave(kAdvance);
   }
 }
 
 std::string DirectoryWalk::CanonicalEntryPath() const {
-  const bool isItself = m_entry.type == EntryType::kFile || m_entry.type == EntryType::kDirectory;
-  return isItself ? m_levels.back().canonical + m_entry.name : NormaliseFilePath(EntryPath());
+  const EntryType type = Entry().type;
+  const bool isItself = type == EntryType::kFile || type == EntryType::kDirectory;
+  return isItself ? m_levels.back().canonical + Entry().name : NormaliseFilePath(EntryPath());
 }
 
 }  // namespace Sumara

@@ -19,19 +19,20 @@ class DirectoryWalk {
   explicit DirectoryWalk(const std::string& root);
 
   bool AtEnd() const { return m_levels.empty(); }
-  const DirectoryEntry& Entry() const { return m_entry; }
+  const DirectoryEntry& Entry() const { return m_levels.back().reader.Entry(); }
   /// The path of the entry, as the root was given.
-  std::string EntryPath() const { return m_levels.back().path + m_entry.name; }
+  std::string EntryPath() const { return m_levels.back().path + Entry().name; }
   /// The canonical path of the entry. \throws CIOException 5022, 5024
   std::string CanonicalEntryPath() const;
 
-  bool IsAtRegularFile() const { return IsRegularFile(EntryPath(), m_entry.type); }
-  bool IsAtDirectory() const { return IsDirectoryEntry(EntryPath(), m_entry.type); }
+  bool IsAtRegularFile() const { return IsRegularFile(EntryPath(), Entry().type); }
+  bool IsAtDirectory() const { return IsDirectoryEntry(EntryPath(), Entry().type); }
 
   /// Has the next `Advance` pass over what the entry holds.
   void DisableRecursion() { m_descends = false; }
 
-  /// Goes to the next entry. A directory that cannot be entered is an error; the walk stays then.
+  /// Goes to the next entry. A directory that cannot be entered is an error. After any failure the
+  /// walk is where it was.
   /// \throws std::filesystem::filesystem_error with the word
   /// "recursive_directory_iterator::operator++"
   void Advance();
@@ -47,7 +48,6 @@ class DirectoryWalk {
   void NextOrLeave(const char* word);
 
   std::vector<Level> m_levels;
-  DirectoryEntry m_entry;
   bool m_descends = true;
 };
 

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "core/directory.h"
 #include "core/paths.h"
@@ -45,7 +44,7 @@ struct DirectoryReader::System {
   HANDLE search = INVALID_HANDLE_VALUE;
   WIN32_FIND_DATAW entry;
   bool found = true;
-  bool started = false;  ///< opening the search has found the first entry
+  bool delivered = false;  ///< opening the search finds the first entry
 };
 
 DirectoryReader::DirectoryReader(const std::string& path, const char* word)
@@ -64,14 +63,16 @@ DirectoryReader::DirectoryReader(DirectoryReader&&) noexcept = default;
 DirectoryReader& DirectoryReader::operator=(DirectoryReader&&) noexcept = default;
 
 const DirectoryEntry* DirectoryReader::Next(const char* word) {
-  DWORD error = std::exchange(m_system->started, true) ? m_system->Advance() : ERROR_SUCCESS;
+  DWORD error = m_system->delivered ? m_system->Advance() : ERROR_SUCCESS;
   while (error == ERROR_SUCCESS && m_system->found && IsSelfOrParent(m_system->entry.cFileName)) {
     error = m_system->Advance();
   }
+  m_system->delivered = error != ERROR_SUCCESS;  // an entry has to get its name first
   if (error != ERROR_SUCCESS) throw Failure(word, m_path, error);
   if (!m_system->found) return nullptr;
   m_entry.name = std::filesystem::path(m_system->entry.cFileName).string();
   m_entry.type = TypeOf(m_system->entry);
+  m_system->delivered = true;
   return &m_entry;
 }
 

@@ -29,15 +29,16 @@ class File {
   File(File&& other) noexcept;
   File& operator=(File&& other) noexcept;
 
-  /// \return 0, or the system's error number. A directory does not open as a file.
+  /// \return 0, or the system's error number. Only regular files open: no directory, pipe or
+  /// device.
   int Open(const std::string& path, Access access);
   int Close() noexcept;
   bool IsOpen() const { return m_handle != -1; }
   /// The system's own handle, for what stands in files of the platform.
   int Handle() const { return m_handle; }
 
-  /// The present size in bytes; all ones if the system does not tell.
-  std::uint64_t Size() const;
+  /// The size in bytes when the file was opened.
+  std::uint64_t Size() const { return m_size; }
 
   FileState State() const;
 
@@ -50,6 +51,7 @@ class File {
 
  private:
   int m_handle = -1;
+  std::uint64_t m_size = 0;
 };
 
 }  // namespace Sumara

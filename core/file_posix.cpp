@@ -16,7 +16,7 @@ constexpr mode_t kNewFileMode = 0666;
 
 // Without blocking, so that a pipe of that name does not hold the caller; files know no difference.
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
-constexpr int kWriteFlags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC;
+constexpr int kWriteFlags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK;
 
 int OpenHandle(const std::string& path, int flags) {
   for (;;) {
@@ -30,6 +30,13 @@ int OpenHandle(const std::string& path, int flags) {
   }
 }
 
+/// What is no regular file is not read, since it need not end, nor written, since others listen.
+/// \return 0, or an error number.
+int RefusalOf(const struct stat& status) {
+  if (S_ISREG(status.st_mode)) return 0;
+  return S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
+}
+
 std::int64_t Nanoseconds(const timespec& time) {
   return static_cast<std::int64_t>(static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u +
                                    static_cast<std::uint64_t>(time.tv_nsec));
@@ -40,12 +47,20 @@ std::int64_t Nanoseconds(const timespec& time) {
 int File::Open(const std::string& path, Access access) {
   Close();
   if (path.find('\0') != std::string::npos) return EINVAL;
-  m_handle = OpenHandle(SystemPath(path), access == Access::kRead ? kReadFlags : kWriteFlags);
-  if (m_handle == -1) return errno;
+  const std::string systemPath = SystemPath(path);
   struct stat status;
-  int error = ::fstat(m_handle, &status) == 0 ? 0 : errno;
-  if (error == 0 && S_ISDIR(status.st_mode)) error = EISDIR;
-  if (error != 0) Close();
+  // Opening a pipe for writing would be noticed at its other end.
+  if (access == Access::kWrite && ::stat(systemPath.c_str(), &status) == 0) {
+    if (const int refusal = RefusalOf(status)) return refusal;
+  }
+  m_handle = OpenHandle(systemPath, access == Access::kRead ? kReadFlags : kWriteFlags);
+  if (m_handle == -1) return errno;
+  const int error = ::fstat(m_handle, &status) == 0 ? RefusalOf(status) : errno;
+  if (error != 0) {
+    Close();
+  } else {
+    m_size = static_cast<std::uint64_t>(status.st_size);
+  }
   return error;
 }
 
@@ -54,14 +69,6 @@ int File::Close() noexcept {
   const int handle = m_handle;
   m_handle = -1;
   return ::close(handle) == 0 || errno == EINTR ? 0 : errno;
-}
-
-std::uint64_t File::Size() const {
-  struct stat status;
-  if (::fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode)) {
-    return static_cast<std::uint64_t>(status.st_size);
-  }
-  return static_cast<std::uint64_t>(::lseek(m_handle, 0, SEEK_END));  // -1 is all ones
 }
 
 FileState File::State() const {

@@ -1,7 +1,6 @@
 #include "core/file_stream.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <utility>
 
@@ -12,7 +11,6 @@ namespace {
 
 constexpr std::size_t kFirstRead = std::size_t{32} * 1024;  // most headers come in one
 constexpr std::size_t kLargeRead = std::size_t{256} * 1024;
-constexpr std::uint64_t kUnknownSize = ~std::uint64_t{0};
 
 }  // namespace
 
@@ -20,16 +18,8 @@ void FileStream::Open(const std::string& path, File::Access access) {
   Clear();
   m_position = m_blockStart = 0;
   m_blockSize = 0;
-  m_fileSize = 0;
   m_lastError = m_file.Open(path, access);
   m_fail = m_lastError != 0;
-  if (m_fail || access == File::Access::kWrite) return;
-  m_fileSize = m_file.Size();
-  if (m_fileSize == kUnknownSize) {  // a pipe, say, in which nothing can be sought
-    m_fail = true;
-    m_lastError = ESPIPE;
-    m_file.Close();
-  }
 }
 
 void FileStream::Close() {
@@ -90,7 +80,7 @@ char FileStream::GetBeforeLineFeed() {
 
 FileBytes FileStream::ReadRest() {
   const std::string_view ahead = Ahead();
-  const std::uint64_t end = std::max(m_fileSize, m_position + ahead.size());
+  const std::uint64_t end = std::max(Size(), m_position + ahead.size());
   FileBytes rest;
   const auto size = static_cast<std::size_t>(end - m_position);
   rest.data = std::make_unique_for_overwrite<char[]>(size);
@@ -133,8 +123,8 @@ bool FileStream::Extend() {
   const std::uint64_t offset = m_blockStart + m_blockSize;
   std::size_t wanted =
       std::min(m_capacity - m_blockSize, m_blockSize == 0 ? kFirstRead : kLargeRead);
-  if (offset < m_fileSize) {
-    wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, m_fileSize - offset));
+  if (offset < Size()) {  // spares the read that would only tell the end
+    wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, Size() - offset));
   }
   int error = 0;
   const std::size_t count = m_file.ReadAt(offset, {m_block.get() + m_blockSize, wanted}, error);

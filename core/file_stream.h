@@ -43,6 +43,7 @@ class FileStream {
   std::uint64_t Tell() const { return m_position; }
   /// Clears the eof flag and moves, unless the fail flag is set.
   void Seek(std::uint64_t position);
+  /// When it was opened.
   std::uint64_t Size() const { return m_file.Size(); }
   const File& SystemFile() const { return m_file; }
   File& SystemFile() { return m_file; }
@@ -72,7 +73,6 @@ class FileStream {
   void SetEndFlags(bool nothingRead);
 
   File m_file;
-  std::uint64_t m_fileSize = 0;  ///< at opening: spares the read that would only tell the end
   std::unique_ptr<char[]> m_block;
   std::size_t m_capacity = 0;
   std::uint64_t m_blockStart = 0;

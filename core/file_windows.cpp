@@ -39,8 +39,17 @@ int File::Open(const std::string& path, Access access) {
   const std::filesystem::path systemPath(SystemPath(path));
   const bool reading = access == Access::kRead;
   // Readers admit everybody, a writer admits readers only.
-  return ::_wsopen_s(&m_handle, systemPath.c_str(), reading ? kReadFlags : kWriteFlags,
-                     reading ? _SH_DENYNO : _SH_DENYWR, _S_IREAD | _S_IWRITE);
+  if (const int error =
+          ::_wsopen_s(&m_handle, systemPath.c_str(), reading ? kReadFlags : kWriteFlags,
+                      reading ? _SH_DENYNO : _SH_DENYWR, _S_IREAD | _S_IWRITE)) {
+    return error;
+  }
+  if (::GetFileType(SystemHandle(m_handle)) != FILE_TYPE_DISK) {
+    Close();
+    return ENOTSUP;
+  }
+  m_size = static_cast<std::uint64_t>(::_filelengthi64(m_handle));
+  return 0;
 }
 
 int File::Close() noexcept {
@@ -48,10 +57,6 @@ int File::Close() noexcept {
   const int handle = m_handle;
   m_handle = -1;
   return ::_close(handle) == 0 ? 0 : errno;
-}
-
-std::uint64_t File::Size() const {
-  return static_cast<std::uint64_t>(::_filelengthi64(m_handle));  // -1 is all ones
 }
 
 FileState File::State() const {

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "core/error_context.h"
@@ -28,14 +29,21 @@ void RequireSystemName(const char* word, const std::string& path) {
 }
 
 std::string Canonical(const std::string& path) {
-  return std::filesystem::canonical(SystemPath(path)).string();
+  for (;;) {
+    std::error_code error;
+    const auto canonical = std::filesystem::canonical(SystemPath(path), error);
+    if (!error) return canonical.string();
+    if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+    if (error != std::errc::interrupted) {
+      throw std::filesystem::filesystem_error("cannot make canonical path", path, error);
+    }
+  }
 }
 
 /// Reads to the end of the file, which may be at another place than its size says.
 int ReadToEnd(const File& file, std::string& text) {
   constexpr std::size_t kStep = std::size_t{64} * 1024;
-  const std::uint64_t size = file.Size();
-  text.resize(size == ~std::uint64_t{0} ? kStep : static_cast<std::size_t>(size) + 1);
+  text.resize(static_cast<std::size_t>(file.Size()) + 1);
   std::size_t end = 0;
   int error = 0;
   for (;;) {

@@ -22,7 +22,10 @@ EntryType TypeOf(mode_t mode) {
 /// \return 0, or the system's error number.
 int StatusOf(const std::string& path, struct stat& status) {
   if (path.find('\0') != std::string::npos) return EINVAL;
-  return ::stat(path.c_str(), &status) == 0 ? 0 : errno;
+  while (::stat(path.c_str(), &status) != 0) {
+    if (errno != EINTR) return errno;
+  }
+  return 0;
 }
 
 }  // namespace

@@ -31,7 +31,9 @@ void OutputFile::Close() { CheckWritten(m_path, m_file.Close()); }
 }  // namespace Sumara
 
 CWriter::CWriter(std::string path)
-    : CIOBase(std::move(path), static_cast<std::int32_t>(FileMode::kWriteText)) {}
+    : CIOBase(std::move(path), static_cast<std::int32_t>(FileMode::kWriteText)) {
+  m_text.exceptions(std::ios_base::badbit);  // a text for which memory runs out is not written
+}
 
 CWriter::~CWriter() { m_stream.Close(); }
 

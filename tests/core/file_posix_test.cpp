@@ -1,5 +1,8 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -68,15 +71,23 @@ TEST(ByteBufferOnPosixTest, LargeBlockIsAlignedToLargePages) {
   buffer.Resize(std::size_t{8} << 20);
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Data()) % (std::size_t{2} << 20), 0u);
 }
-TEST_F(FileOnPosixTest, FullDeviceIsTold) {
-  ASSERT_EQ(m_file.Open("/dev/full", File::Access::kWrite), 0);
-  EXPECT_EQ(m_file.Write(std::string_view("x")), ENOSPC);
+TEST_F(FileOnPosixTest, PipesAndDevicesDoNotOpen) {
+  const std::string pipe = m_directory.Path("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  for (const std::string& path : {pipe, std::string("/dev/zero")}) {
+    EXPECT_EQ(m_file.Open(path, File::Access::kRead), ENOTSUP);
+    EXPECT_EQ(m_file.Open(path, File::Access::kWrite), ENOTSUP);
+    EXPECT_FALSE(m_file.IsOpen());
+  }
 }
 
-TEST_F(FileOnPosixTest, PipeDoesNotHoldTheCaller) {
+TEST_F(FileOnPosixTest, WhoReadsAPipeIsNotDisturbed) {
   const std::string path = m_directory.Path("pipe");
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-  ASSERT_EQ(m_file.Open(path, File::Access::kRead), 0);
-  EXPECT_EQ(m_file.Size(), ~std::uint64_t{0});
+  const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  EXPECT_EQ(m_file.Open(path, File::Access::kWrite), ENOTSUP);
+  pollfd state{reader, POLLIN, 0};
+  EXPECT_EQ(::poll(&state, 1, 0), 0);  // else somebody came and left
+  ::close(reader);
 }
 }  // namespace

@@ -116,6 +116,14 @@ TEST_F(PathsOnPosixTest, ReadWholeFileReadsWhatTellsNoSize) {
   EXPECT_NE(Sumara::ReadWholeFile("/proc/self/status", "", true).find("VmSize"), std::string::npos);
 }
 
+TEST_F(PathsOnPosixTest, ReadWholeFileOfADeviceRaises5009) {
+  const std::string path = m_directory.Path("endless");
+  std::filesystem::create_symlink("/dev/zero", path);
+  EXPECT_EQ(MessageOf([&] { Sumara::ReadWholeFile(path, "x", true); }),
+            "IO error 5009: Failed to read data.\nFurther information: File path: " + path +
+                "\nInner exception: Operation not supported");
+}
+
 TEST_F(PathsOnPosixTest, ReadWholeFileOfADirectoryRaises5009) {
   EXPECT_EQ(MessageOf([&] { Sumara::ReadWholeFile(m_directory.Path(), "x", true); }),
             "IO error 5009: Failed to read data.\nFurther information: File path: " +

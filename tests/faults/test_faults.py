@@ -1,8 +1,8 @@
 """Calls of the system that fail are told, and leave nothing behind.
 
-Each script runs through once; at each of its steps processes are split off in which one call of the
-system fails, at another place in each. The step ends with what is stated for the fault, or is right;
-the same step afterwards is right, and so is the rest of the script.
+Each script runs through once; at each of its steps processes are split off in which one call of
+the system fails, at another place in each. The step ends with what is stated for the fault, or is
+right; the same step afterwards is right, and so is the rest of the script.
 """
 
 from __future__ import annotations
@@ -41,8 +41,6 @@ def _is_met(script: Script, fault: str) -> bool:
 def _fails_today(script: Script, fault: str) -> str:
     if fault in ALLOCATIONS:
         return "results are converted outside of what catches; caches are left half filled"
-    if script is searching and fault.startswith("E"):
-        return "a walk that fails on its way out of a folder loses its place"
     if script is unloading and fault.startswith("EIO"):
         return "an unbuffered read drops the system's reason"
     return ""

@@ -7,7 +7,7 @@ from pathlib import Path
 
 import _TabulonAPI_Python as native
 import pytest
-from support.flat import Flat, error_of, get_run, run_script, tables_error
+from support.flat import Flat, error_of, get_run, io_error, run_script, tables_error
 from support.run_files import RunFiles
 from support.scenarios import group_1d
 
@@ -86,6 +86,21 @@ def test_timestamp_in_local_time(zone: str, expected: str, tmp_path: Path) -> No
     started(tmp_path, 0)
     told = run_script("answer(get_run(sys.argv[1]).get_timestamp())", tmp_path, TZ=zone)
     assert told == expected
+
+
+@pytest.mark.parametrize("kind", ["message", "verification"])
+def test_side_file_that_does_not_end(kind: str, tmp_path: Path) -> None:
+    RunFiles([]).write(tmp_path)
+    path = tmp_path / f"run.${kind[0].upper()}E"
+    for source in ("/dev/zero", tmp_path / "pipe"):
+        path.unlink()
+        path.symlink_to(source)
+        if not path.exists():
+            os.mkfifo(source)
+        run = get_run(tmp_path)
+        assert error_of(getattr(run, f"get_{kind}_file_content")) == io_error(
+            5009, "Failed to read data", f"File path: {path}", "Operation not supported"
+        )
 
 
 def test_calculation_type_is_kept_for_good(tmp_path: Path) -> None:

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 import struct
 from pathlib import Path
 
@@ -126,6 +127,23 @@ def test_folder_where_a_file_must_be(name: str, tmp_path: Path) -> None:
     tmp_path.joinpath(name).mkdir()
     assert error_of(lambda: write(small(tmp_path / "o.%07"))) == (
         f"ios_base::failbit set: {tmp_path}/{name}: Is a directory"
+    )
+
+
+@pytest.mark.parametrize("name", ["o.%07", "o.$07", "o.$TE"])
+def test_pipe_where_a_file_must_be(name: str, tmp_path: Path) -> None:
+    os.mkfifo(tmp_path / name)
+    refusal = error_of(lambda: write(small(tmp_path / "o.%07")))
+    assert "Operation not supported" in refusal
+    assert f"{tmp_path}/{name}" in refusal
+    assert tmp_path.joinpath(name).is_fifo()
+
+
+@pytest.mark.parametrize("name", ["o.%07", "o.$07"])
+def test_device_where_a_file_must_be(name: str, tmp_path: Path) -> None:
+    tmp_path.joinpath(name).symlink_to("/dev/null")
+    assert error_of(lambda: write(small(tmp_path / "o.%07"))) == (
+        f"ios_base::failbit set: {tmp_path}/{name}: Operation not supported"
     )
 
 

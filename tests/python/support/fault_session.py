@@ -1,9 +1,9 @@
 """Scripts in which one call of the system after another fails, each in a process of its own.
 
-A script is a function of a `Session`, and runs through in one process. In front of each of its flat
-calls that process splits off others: one for each call of the system that is to fail there. In such
-a process the flat call may fail with what is stated for the fault; made again it gives what it gives
-without a fault, and so does the rest of the script.
+A script is a function of a `Session`, and runs through in one process. In front of each of its
+flat calls that process splits off others: one for each call of the system that is to fail there. In
+such a process the flat call may fail with what is stated for the fault; made again it gives what it
+gives without a fault, and so does the rest of the script.
 """
 
 from __future__ import annotations
