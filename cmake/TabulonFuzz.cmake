@@ -23,7 +23,12 @@ set(TABULON_FUZZ_LAYER_tables tables)
 
 # tabulon_add_fuzz_program(PROGRAM NAME)
 function(tabulon_add_fuzz_program program name)
-  add_executable(${program} "${PROJECT_SOURCE_DIR}/tests/fuzz/fuzz_${name}.cpp")
+  set(scratch scratch_disk.cpp)
+  if(TABULON_MEMORY_FILES)
+    set(scratch scratch_memory.cpp)
+  endif()
+  add_executable(${program}
+    "${PROJECT_SOURCE_DIR}/tests/fuzz/fuzz_${name}.cpp" "${PROJECT_SOURCE_DIR}/tests/fuzz/${scratch}")
   target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${program} PRIVATE tabulon_warnings tabulon_sanitizers)
   foreach(layer IN ITEMS core groupfiles vocabulary tables model api)

@@ -166,7 +166,7 @@ def test_disk_that_is_full(tmp_path: Path) -> None:
 import resource, signal
 signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 folder, told = Path(sys.argv[1]), []
-for limit, text in ((1000, 0), (1000, 1), (100, 1)):
+for limit, text, name in ((10_000, 0, "o.$07"), (1000, 1, "o.$07"), (100, 1, "o.%07")):
     path = str(folder / "o.%07")
     axis = native.new_IndependentVariable("Time", "s", 0.0, 1.0)
     group = native.new_OutputGroup1D_Float32(path, "Out", "UserDefined", "X", axis, 1 - text)
@@ -178,19 +178,18 @@ for limit, text in ((1000, 0), (1000, 1), (100, 1)):
     except RuntimeError as error:
         message = str(error)
     resource.setrlimit(resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
-    told.append(message)
+    left = (folder / name).read_bytes()
     native.TabulonApi_write_output(group)
-    told.append(len((folder / "o.$07").read_bytes()))
+    whole = (folder / name).read_bytes()
+    told.append([message, len(left), whole.startswith(left), len((folder / "o.$07").read_bytes())])
 answer(told)
 """
     reason = "File too large"
     assert run_script(code, tmp_path) == [
-        f"ios_base::badbit set: {tmp_path}/o.$07: {reason}",
-        12000,
-        f"ios_base::badbit set: {tmp_path}/o.$07: {reason}",
-        16 * 3000,
-        f"ios_base::badbit set: {tmp_path}/o.%07: {reason}",
-        16 * 3000,
+        # What there was room for stays, and is the beginning of the whole.
+        [f"ios_base::badbit set: {tmp_path}/o.$07: {reason}", 10_000, True, 12_000],
+        [f"ios_base::badbit set: {tmp_path}/o.$07: {reason}", 1000, True, 16 * 3000],
+        [f"ios_base::badbit set: {tmp_path}/o.%07: {reason}", 100, True, 16 * 3000],
     ]
 
 
