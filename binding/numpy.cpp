@@ -99,6 +99,9 @@ void ImportNumPy() {
     }
     PyArray_API = before;
   }
+  if (PyErr_ExceptionMatches(PyExc_MemoryError) != 0) {
+    throw ErrorAlreadySet();
+  }
   PyErr_Print();
   PyErr_SetString(PyExc_ImportError, "numpy.core.multiarray failed to import");
   throw ErrorAlreadySet();
