@@ -30,6 +30,8 @@ if TYPE_CHECKING:
     import xarray as xr
     from matplotlib.axes import Axes
 
+    from tabulon._vocabulary import CalculationType, CompletionState
+
 __all__ = ["Group", "Variable", "read_together"]
 
 
@@ -45,6 +47,22 @@ class GroupOwner(Protocol):
         """The name of the run."""
 
     @property
+    def directory(self) -> str:
+        """The directory of its files."""
+
+    @property
+    def state(self) -> CompletionState:
+        """How the run ended."""
+
+    @property
+    def ok(self) -> bool:
+        """Whether the run completed normally."""
+
+    @property
+    def calculation(self) -> CalculationType:
+        """What the run calculated."""
+
+    @property
     def partial(self) -> bool:
         """Whether rows that are missing are no error."""
 
@@ -52,7 +70,14 @@ class GroupOwner(Protocol):
     def groups(self) -> Mapping[str | int, Group]:
         """The groups by name or number."""
 
-    def __dask_tokenize__(self) -> tuple[Any, ...]: ...
+    def __getitem__(self, key: str | tuple[str | int, str], /) -> Variable:
+        """Return a variable of the run."""
+
+    def __fspath__(self) -> str:
+        """Return the path of the termination file."""
+
+    def __dask_tokenize__(self) -> tuple[Any, ...]:
+        """Return what tells the run from others, also after its files changed."""
 
 
 class Group(Mapping[str, "Variable"]):

@@ -27,11 +27,24 @@ def test_sample_runs_are_what_the_model_makes() -> None:
     run_example("make_sample_runs.py", "--check")
 
 
+def test_first_look(tmp_path: Path) -> None:
+    for package in ("matplotlib", "pandas", "pint"):
+        pytest.importorskip(package)
+    picture = tmp_path / "look.png"
+    printed = run_example("first_look.py", "--output", picture)
+    assert printed.startswith("Run powprod_12ms\n")
+    assert "  max       12.47 rpm\n" in printed
+    assert "units: {'time': 's', 'Rotor speed': 'rpm', 'Electrical power': 'MW'}" in printed
+    assert picture.read_bytes().startswith(b"\x89PNG")
+
+
 def test_derived_channel_reads_back_as_it_was_derived(tmp_path: Path) -> None:
-    pytest.importorskip("matplotlib")
+    for package in ("matplotlib", "pandas", "pint"):
+        pytest.importorskip(package)
     picture = tmp_path / "derived.png"
     printed = run_example("derive_channel.py", "--directory", tmp_path, "--output", picture)
-    assert "powprod_12ms_derived: User-defined output\n" in printed
+    assert "powprod_12ms_derived: Shaft\n" in printed
+    assert "  Shaft power         4.881 MW mean, 3001 points\n" in printed
     assert picture.read_bytes().startswith(b"\x89PNG")
 
     source = api.get_run(EXAMPLES / "runs", "powprod_12ms")
