@@ -265,7 +265,12 @@ class Group(Mapping[str, "Variable"]):
             ("Axes", ", ".join(_axis_text(axis) for axis in self.axes)),
             ("Rows", f"{rows.found:,} of {rows.expected:,}"),
         )
-        return Description(f"Group {self.number}", self.name, facts, (self._section(opened=True),))
+        return Description(
+            f"Group {self.number}",
+            self.name,
+            facts,
+            (self._section(opened=True)._replace(title="Variables"),),
+        )
 
     def _section(self, opened: bool) -> Section:
         lines = tuple((info.name, spelled(info.quantity)) for info in self._infos)
