@@ -9,6 +9,8 @@ namespace Sumara {
 
 IGroup::IGroup(GroupDescription description) : m_identity(std::move(description)) {}
 
+IGroup::~IGroup() = default;
+
 void IGroup::CheckChangeable() const {
   if (IsReadOnly()) throw CException(52, GroupContext(this));
 }

@@ -33,7 +33,7 @@ enum GroupLoadState : std::uint32_t { kNotFromDisk = 0, kAllLoaded = 1, kNotAllL
 /// a group are refused while `IsReadOnly()`: \throws CException 52
 class IGroup {
  public:
-  virtual ~IGroup() = default;
+  virtual ~IGroup();
   IGroup(const IGroup&) = delete;
   IGroup& operator=(const IGroup&) = delete;
 

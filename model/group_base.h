@@ -56,4 +56,9 @@ class CGroupBase : public IGroup {
   GroupStatistics<T> m_statistics{*this};
 };
 
+// Compiled once, in group_base.cpp.
+#define TABULON_DECLARE(T) extern template class CGroupBase<T>;
+TABULON_FOR_EACH_ELEMENT_TYPE(TABULON_DECLARE)
+#undef TABULON_DECLARE
+
 }  // namespace Sumara

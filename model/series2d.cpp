@@ -180,15 +180,14 @@ void CSeries2D<T>::CheckIncoming(const std::vector<std::vector<T>>& vectors, Add
 
 template <class T>
 void CSeries2D<T>::FitVectors(std::size_t count) {
-  if (this->m_noPointsYet || count > m_running.size()) m_running.resize(count);
   if (this->m_noPointsYet) {
     m_data.assign(count, {});
     m_running.assign(count, {});
-  } else if (count < m_data.size()) {
-    CatchUp();
-    m_data.resize(count);
+    return;
   }
-  if (m_data.size() < count) m_data.resize(count);
+  if (count > m_running.size()) m_running.resize(count);
+  if (count < m_data.size()) CatchUp();
+  m_data.resize(count);
 }
 
 /// Appends `pointsOf(s)` to each vector, and takes it into the figures: at once while the group is
