@@ -53,9 +53,9 @@ def memory():
 held = native.ArrayOfDouble___getslice__(native.new_ArrayOfDouble(9), 0, 9)
 print(type(held).__name__)
 before = memory()
-for _ in range(500):
+for _ in range(1000):
     native.ArrayOfDouble___getslice__(native.new_ArrayOfDouble(100_000), 0, 100_000)
-print(memory() - before < 20_000_000)
+print(memory() - before < 400_000_000)  # a sanitizer keeps some of what was freed
 """,
         tmp_path,
     )
