@@ -4,8 +4,8 @@
 set(reasons
   # The large block that a thread gave up last: its own thread alone sees it.
   "^Sumara::Pages::.*::spare(IsGone)?$"
-  # An empty list, made once under a lock of the compiler's.
-  "::ParsePoint.*::kNothing$")
+  # Which of the model's readers keep data. Tables keep none and make no such reader.
+  "^Sumara::.*::keepers$")
 
 file(STRINGS "${OBJECTS}" objects)
 foreach(object IN LISTS objects)

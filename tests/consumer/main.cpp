@@ -4,13 +4,17 @@
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "api/group.h"
 #include "api/independent_variable.h"
 #include "api/tabulon_api.h"
 #include "api/variable1d.h"
 #include "core/exceptions.h"
+#include "tables/group_table.h"
+#include "tables/run_list.h"
 
 namespace {
 
@@ -65,6 +69,21 @@ bool DescribeRun(std::string const& directory, std::string const& name) {
   return described > 0;
 }
 
+/// The same run as tables.
+bool ReadsTable(std::string const& directory, std::string const& name) {
+  const auto table = Tabulon::GroupTable::Open(directory + "/" + name + ".%01");
+  const Tabulon::Selection first{{0}};
+  std::vector<double> values(table.ShapeOf(first).rows);
+  table.Read<double>(first, std::span<double>(values));
+  const Tabulon::Reduction figures = table.Reduce(first);
+  std::cout << "table " << table.Name() << ": " << values.size() << " rows, mean "
+            << figures.mean.front() << '\n';
+  std::size_t runs = 0;
+  Tabulon::ListRuns(
+      directory, {}, [&](Tabulon::RunFiles&&) { ++runs; }, [](Tabulon::UnreadableDirectory&&) {});
+  return !values.empty() && values.front() >= figures.minimum.front() && runs > 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -72,7 +91,8 @@ int main(int argc, char** argv) {
     std::cerr << "usage: consumer DIRECTORY RUN\n";
     return EXIT_FAILURE;
   }
-  const bool passed = DescribeRun(argv[1], argv[2]) && RefusesUnknownRun(argv[1]);
+  const bool passed =
+      DescribeRun(argv[1], argv[2]) && RefusesUnknownRun(argv[1]) && ReadsTable(argv[1], argv[2]);
   std::cout << (passed ? "consumer passed" : "consumer FAILED") << '\n';
   return passed ? EXIT_SUCCESS : EXIT_FAILURE;
 }
