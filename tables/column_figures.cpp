@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kSliceColumns = 64;  // sums of so many stay in the processor's nearest cache
 constexpr std::size_t kSliceRows = 512;
+constexpr std::size_t kFewColumns = 8;  // so many fill the processor's registers row by row
 
 template <class T>
 bool IsFinite(T value) {
@@ -40,7 +41,7 @@ struct ColumnFigures<T>::BlockSums {
       lowest[c] = highest[c] = slice.values[c * slice.apart];
       count[c] = static_cast<std::int64_t>(slice.rows);
     }
-    if (slice.apart == 1) {
+    if (slice.apart == 1 && slice.columns >= kFewColumns) {
       for (std::size_t r = 0; r < slice.rows; ++r) AddRow(slice.values + r * slice.pitch, slice);
     } else {
       for (std::size_t c = 0; c < slice.columns; ++c) AddColumn(slice, c);
@@ -58,15 +59,35 @@ struct ColumnFigures<T>::BlockSums {
     }
   }
 
+  /// Four sums run side by side: one waits for its own last addition.
   void AddColumn(const ValueBlock<T>& slice, std::size_t c) {
-    const T* value = slice.values + c * slice.apart;
-    for (std::size_t r = 0; r < slice.rows; ++r, value += slice.pitch) {
-      const double distance = static_cast<double>(*value) - shift[c];
-      sum[c] += distance;
-      squares[c] += distance * distance;
-      lowest[c] = *value < lowest[c] ? *value : lowest[c];
-      highest[c] = highest[c] < *value ? *value : highest[c];
+    constexpr std::size_t kLanes = 4;
+    const T* const values = slice.values + c * slice.apart;
+    std::array<double, kLanes> sums{};
+    std::array<double, kLanes> squareSums{};
+    std::array<T, kLanes> least;
+    std::array<T, kLanes> most;
+    least.fill(*values);
+    most.fill(*values);
+    const auto add = [&](std::size_t r, std::size_t lane) {
+      const T value = values[r * slice.pitch];
+      const double distance = static_cast<double>(value) - shift[c];
+      sums[lane] += distance;
+      squareSums[lane] += distance * distance;
+      least[lane] = value < least[lane] ? value : least[lane];
+      most[lane] = most[lane] < value ? value : most[lane];
+    };
+    std::size_t r = 0;
+    for (; r + kLanes <= slice.rows; r += kLanes) {
+      for (std::size_t lane = 0; lane < kLanes; ++lane) add(r + lane, lane);
     }
+    for (; r < slice.rows; ++r) add(r, 0);
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      sum[c] += sums[lane];
+      squares[c] += squareSums[lane];
+    }
+    lowest[c] = *std::min_element(least.begin(), least.end());
+    highest[c] = *std::max_element(most.begin(), most.end());
   }
 
   /// The same of one column, with a look at each value.

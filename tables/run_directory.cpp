@@ -65,7 +65,9 @@ RunDirectory::Kind RunDirectory::KindOf(std::string_view extension) {
 
 void RunDirectory::Take(const Sumara::DirectoryEntry& entry) {
   const std::string_view name = entry.name;
-  if (Sumara::IsOwnDirectory(m_path + entry.name, entry.type)) {
+  const bool mayBeDirectory =
+      entry.type == EntryType::kDirectory || entry.type == EntryType::kUnknown;
+  if (mayBeDirectory && Sumara::IsOwnDirectory(m_path + entry.name, entry.type)) {
     m_directories.push_back(entry.name);
     return;
   }
