@@ -5,9 +5,9 @@ from __future__ import annotations
 import sys
 from typing import NoReturn
 
-__all__ = ["main"]
+from tabulon._cli.exits import WRONG_USE
 
-WRONG_USE = 2
+__all__ = ["main"]
 
 
 def main() -> NoReturn:

@@ -7,7 +7,7 @@ from typing import NoReturn
 
 import typer
 
-from tabulon._cli import WRONG_USE
+from tabulon._cli.exits import WRONG_USE
 from tabulon._cli.files import catalogue, export, plot
 from tabulon._cli.numbers import extremes, stats
 from tabulon._cli.runs import check, info, ls, watch

@@ -1,0 +1,5 @@
+"""What the command line ends with."""
+
+__all__ = ["WRONG_USE"]
+
+WRONG_USE = 2
