@@ -27,15 +27,22 @@ from tabulon._catalogue_file import (
     stamp_of,
     tables_of,
 )
+from tabulon._catalogue_rows import (
+    PlainRows,
+    Row,
+    bounds_rows,
+    chosen_rows,
+    figure_rows,
+    plain_rows,
+    rows_named,
+    rows_spelled_so,
+)
 from tabulon._errors import DataError, NameNotFoundError, RunNotFoundError, TabulonError
 from tabulon._figures import (
-    Bounds,
     Figure,
-    FigureRow,
     RunFigures,
     figure_name,
     figures_of_run,
-    rounded,
 )
 from tabulon._optional import require
 from tabulon._parallel import Failure, Outcome, Progress, failure_of, outcomes
@@ -50,11 +57,7 @@ if TYPE_CHECKING:
 __all__ = ["open_catalogue", "save"]
 
 # Runs whose rows are made, and kept in memory, at a time.
-_AT_A_TIME = 256
-_COLUMNS = [
-    "run", "number", "place", "group", "variable", "secondary_place", "secondary_value",
-    "secondary_label", "unit", "dtype", "min", "max", "mean",
-]  # fmt: skip
+_AT_A_TIME = 512
 
 
 class Known(NamedTuple):
@@ -63,10 +66,28 @@ class Known(NamedTuple):
     path: str
     state: CompletionState
     calculation: CalculationType
-    files: tuple[tuple[str, Stamp], ...]
-    """Paths with their stamps: the termination file, headers, data files."""
-    errors: tuple[tuple[str, str, str], ...]
-    """What is damaged: class, text and path."""
+    rows: tuple[dict[str, Any], ...]
+    """What stands in the file: of the run, and of its groups."""
+
+    def files(self) -> list[tuple[str, Stamp]]:
+        """Return paths with their stamps: the termination file, headers, data files."""
+        folder = os.path.dirname(self.path)  # noqa: PTH120 - of many
+        found = [_stamped(folder, row, "file", "written", "size") for row in self.rows]
+        found += [
+            _stamped(folder, row, "data_file", "data_written", "data_size")
+            for row in self.rows[1:]
+            if row.get("data_file")
+        ]
+        return found
+
+    def errors(self) -> list[tuple[str, str, str]]:
+        """Return what is damaged: class, text and path."""
+        folder = os.path.dirname(self.path)  # noqa: PTH120 - of many
+        return [
+            (row["error"], row["text"], os.path.join(folder, row["file"]))  # noqa: PTH118
+            for row in self.rows
+            if row.get("error")
+        ]
 
 
 class Part(NamedTuple):
@@ -161,10 +182,12 @@ class Catalogue(Campaign):
                 variables, figures, verify=bool(verify), executor=executor, progress=progress
             )
         keys = _keys(variables)
-        answered = self._answered(keys, partial(_figure_rows, figures=tuple(names)))
+        plain, others = self._plain_rows(keys, names)
+        answered = self._answered(keys, partial(figure_rows, figures=tuple(names)), others)
         work = partial(figures_of_run, variables=keys, figures=tuple(names), verify=False)
         found = self._completed(answered, work, executor, progress)
-        return _with_failures(stats_frame(self, found, names), self._failures(found), len(self))
+        frame = stats_frame(self, found, names, plain)
+        return _with_failures(frame, self._failures(found), len(self))
 
     def extremes(
         self,
@@ -185,7 +208,8 @@ class Catalogue(Campaign):
             )
         keys = _keys(variables)
         work = partial(bounds_of_run, variables=keys, verify=False)
-        found = self._completed(self._answered(keys, _bounds), work, executor, progress)
+        answered = self._answered(keys, bounds_rows, range(len(self)))
+        found = self._completed(answered, work, executor, progress)
         return self._extremes(keys, _keys(also), found, extremes_frame)
 
     def _completed(
@@ -202,18 +226,40 @@ class Catalogue(Campaign):
             found[place] = outcome
         return [outcome for outcome in found if outcome is not None]
 
+    def _plain_rows(
+        self, keys: Sequence[VariableName], figures: Sequence[str]
+    ) -> tuple[PlainRows, Sequence[int]]:
+        """Return the rows of runs in which all variables are clear, and the places of the others.
+
+        The names are as they are spelled, each in one group, with figures: whole columns do.
+        """
+        blocks = []
+        for part in self._parts:
+            file = part.file()
+            for i in row_groups(file, variables=True):
+                with damage_told(part.name):
+                    blocks.append(rows_spelled_so(file, i, keys, figures, part.places))
+        return plain_rows(blocks, keys, figures, [one.path for one in self._known])
+
     def _answered(
-        self, keys: Sequence[VariableName], rows_of: Callable[[int, list[Row]], list[Any]]
+        self,
+        keys: Sequence[VariableName],
+        rows_of: Callable[[int, list[Row]], list[Any]],
+        places: Sequence[int],
     ) -> list[Outcome | None]:
-        """Return what the file answers for each run; None where it has no figures."""
+        """Return what the file answers for each run; None where it has no figures.
+
+        Only the runs at these places are looked at; of the others nothing is told.
+        """
+        found: list[Outcome | None] = [Outcome(RunFigures([], []), None)] * len(self)
         wanted = {(key if isinstance(key, str) else key[1]).casefold() for key in keys}
-        by_run: list[dict[str, list[Row]]] = [{} for _ in self._known]
-        for row in self._rows(wanted):
-            by_run[row.run].setdefault(row.variable.casefold(), []).append(row)
-        return [
-            self._outcome(one, keys, rows, rows_of)
-            for one, rows in zip(self._known, by_run, strict=True)
-        ]
+        by_run: dict[int, dict[str, list[Row]]] = {place: {} for place in places}
+        for row in self._rows(wanted) if by_run else ():
+            if row.run in by_run:
+                by_run[row.run].setdefault(row.variable.casefold(), []).append(row)
+        for place, rows in by_run.items():
+            found[place] = self._outcome(self._known[place], keys, rows, rows_of)
+        return found
 
     def _outcome(
         self,
@@ -226,7 +272,7 @@ class Catalogue(Campaign):
         failures: list[Failure] = []
         for place, key in enumerate(keys):
             name = key if isinstance(key, str) else key[1]
-            chosen = _chosen_rows(key, rows.get(name.casefold(), []))
+            chosen = chosen_rows(key, rows.get(name.casefold(), []))
             if chosen is None or any(np.isnan(row.min) for row in chosen):
                 return None  # several groups, or no figures: the run itself tells
             if chosen:
@@ -236,8 +282,9 @@ class Catalogue(Campaign):
         return Outcome(RunFigures(made, failures), None)
 
     def _miss(self, one: Known, key: VariableName, rows: dict[str, list[Row]]) -> Failure:
-        damaged = "".join(f"; {text}" for _, text, _ in one.errors)
-        path = one.errors[0][2] if one.errors else one.path
+        errors = one.errors()
+        damaged = "".join(f"; {text}" for _, text, _ in errors)
+        path = errors[0][2] if errors else one.path
         return failure_of(NameNotFoundError(f"no variable {key!r}{damaged}", path=path))
 
     def _rows(self, wanted: set[str]) -> Iterator[Row]:
@@ -246,7 +293,7 @@ class Catalogue(Campaign):
             file = part.file()
             for i in row_groups(file, variables=True):
                 with damage_told(part.name):
-                    table = _rows_named(file, i, wanted)
+                    table = rows_named(file, i, wanted)
                 for row in table:
                     place = int(part.places[row[0]])
                     if place >= 0:
@@ -285,88 +332,6 @@ class Catalogue(Campaign):
         return [kept for kept in self._found if Path(f"{kept[0]}.$TE").exists()]
 
 
-def _rows_named(file: pq.ParquetFile, i: int, wanted: set[str]) -> list[tuple[Any, ...]]:
-    """Return the rows of a row group whose variable has one of these names, in any case."""
-    pa = require("pyarrow", "parquet")
-    compute = require("pyarrow.compute", "parquet")
-    names = file.read_row_group(i, ["variable"])["variable"].combine_chunks()
-    known = names.dictionary.to_pylist()
-    codes = [code for code, name in enumerate(known) if name.casefold() in wanted]
-    if not codes:
-        return []
-    at = compute.is_in(names.indices, pa.array(codes, names.indices.type))
-    table = file.read_row_group(i, _COLUMNS).filter(at)
-    return list(zip(*(table[name].to_pylist() for name in _COLUMNS), strict=True))
-
-
-class Row(NamedTuple):
-    """A variable of a run, at one secondary value."""
-
-    run: int
-    number: int
-    group: str
-    variable: str
-    secondary_place: int
-    secondary: Any
-    unit: str
-    dtype: str
-    min: float
-    max: float
-    mean: float
-
-    @classmethod
-    def of(cls, place: int, cells: tuple[Any, ...]) -> Row:
-        """Return a row from the cells of `_COLUMNS`."""
-        _, number, _, group, variable, s_place, value, label, unit, dtype, *figures = cells
-        low, high, mean = (np.nan if figure is None else figure for figure in figures)
-        secondary = label if label is not None else value
-        return cls(
-            place, number, group, variable, s_place or 0, secondary, unit, dtype, low, high, mean
-        )
-
-
-def _figure_rows(asked: int, rows: list[Row], figures: tuple[str, ...]) -> list[FigureRow]:
-    return [
-        FigureRow(
-            asked,
-            row.group,
-            row.variable,
-            row.secondary,
-            row.unit,
-            tuple(getattr(row, figure) for figure in figures),
-        )
-        for row in rows
-    ]
-
-
-def _bounds(asked: int, rows: list[Row]) -> list[Bounds]:
-    return [
-        Bounds(
-            asked,
-            row.secondary_place,
-            row.secondary,
-            row.unit,
-            rounded(row.min, np.dtype(row.dtype)),
-            rounded(row.max, np.dtype(row.dtype)),
-        )
-        for row in rows
-    ]
-
-
-def _chosen_rows(key: VariableName, rows: list[Row]) -> list[Row] | None:
-    """Return the rows of the variable that is meant; None if that is not clear."""
-    group, name = (None, key) if isinstance(key, str) else key
-    if isinstance(group, int):
-        rows = [row for row in rows if row.number == group]
-    elif group is not None:
-        exact = [row for row in rows if row.group == group]
-        rows = exact or [row for row in rows if row.group.casefold() == group.casefold()]
-    rows = [row for row in rows if row.variable == name] or rows
-    meant = {(row.number, row.variable) for row in rows}
-    twice = len({(row.number, row.variable, row.secondary_place) for row in rows}) < len(rows)
-    return None if len(meant) > 1 or twice else rows
-
-
 def _moved(parts: Sequence[Part], new: NDArray[np.int32]) -> list[Part]:
     """Return parts whose runs have other places; a part without runs goes."""
     moved = []
@@ -383,10 +348,10 @@ def _is_unchanged(pair: tuple[Any, Known | None]) -> bool:
     if known is None:
         return False
     headers = {os.path.join(files.directory, h.name) for h in files.headers} if files else None  # noqa: PTH118
-    seen = {path for path, _ in known.files if "%" in os.path.splitext(path)[1]}  # noqa: PTH122
+    seen = {path for path, _ in known.files() if "%" in os.path.splitext(path)[1]}  # noqa: PTH122
     if headers is not None and headers != seen:
         return False
-    return all(stamp_of(path) == stamp for path, stamp in known.files)
+    return all(stamp_of(path) == stamp for path, stamp in known.files())
 
 
 # Writing.
@@ -505,21 +470,11 @@ def _known_runs(file: pq.ParquetFile) -> tuple[list[Known], int]:
 
 def _known(contents: Contents) -> Known:
     run = contents.run
-    folder = os.path.dirname(run["path"])  # noqa: PTH120 - of many
-    files = [_stamped(folder, run, "file", "written", "size")]
-    errors = [(run["error"], run["text"], run["path"])] if run.get("error") else []
-    for group in contents.groups:
-        files.append(_stamped(folder, group, "file", "written", "size"))
-        if group.get("data_file"):
-            files.append(_stamped(folder, group, "data_file", "data_written", "data_size"))
-        if group.get("error"):
-            errors.append((group["error"], group["text"], files[-1][0]))
     return Known(
         run["path"],
         CompletionState(_or(run.get("state"), CompletionState.Unknown)),
         CalculationType(_or(run.get("calculation"), CalculationType.Unknown)),
-        tuple(files),
-        tuple(errors),
+        (run, *contents.groups),
     )
 
 

@@ -17,6 +17,7 @@ if TYPE_CHECKING:
     import pandas as pd
     import xarray as xr
 
+    from tabulon._catalogue_rows import PlainRows
     from tabulon._figures import FigureRow
     from tabulon._parallel import Outcome
     from tabulon._run import Run, VariableName
@@ -26,25 +27,47 @@ __all__ = ["dataset_of", "extremes_frame", "stats_frame"]
 
 
 def stats_frame(
-    runs: Sequence[Run], found: Sequence[Outcome], figures: Sequence[str]
+    runs: Sequence[Run],
+    found: Sequence[Outcome],
+    figures: Sequence[str],
+    plain: PlainRows | None = None,
 ) -> pd.DataFrame:
-    """Return a row for each run, variable and secondary value."""
+    """Return a row for each run, variable and secondary value.
+
+    Parameters
+    ----------
+    runs
+        The runs.
+    found
+        What became of each.
+    figures
+        The names of the figures.
+    plain
+        Rows of runs of which `found` tells nothing.
+    """
     pandas = require("pandas", "pandas")
-    heads: list[tuple[Any, ...]] = []
-    told: list[tuple[Any, ...]] = []
+    heads: list[tuple[Any, ...]] = list(plain.heads) if plain else []
+    columns: list[list[Any]] = [column.tolist() for column in plain.figures] if plain else []
+    columns = columns or [[] for _ in figures]
+    places: list[int] = plain.places.tolist() if plain else []
     for place, outcome in enumerate(found):
-        if outcome.failure is not None:
+        if outcome.failure is not None or not outcome.value.rows:
             continue
         rows: list[FigureRow] = outcome.value.rows
         run = runs[place]
         name, path = run.name, run.path
         for row in rows:
+            places.append(place)
             heads.append((name, path, row.group, row.variable, row.secondary, row.unit))
-            told.append(row.figures)
-    columns = ["run", "path", "group", "variable", "secondary", "unit"]
-    frame = pandas.DataFrame(heads, columns=columns)
-    for i, figure in enumerate(figures):
-        frame[figure] = [row[i] for row in told]
+            for column, figure in zip(columns, row.figures, strict=True):
+                column.append(figure)
+    names = ["run", "path", "group", "variable", "secondary", "unit"]
+    frame = pandas.DataFrame(heads, columns=names)
+    for figure, column in zip(figures, columns, strict=True):
+        frame[figure] = column
+    if plain and len(plain.places) < len(places):
+        order = np.argsort(places, kind="stable")
+        frame = frame.iloc[order].reset_index(drop=True)
     return frame  # type: ignore[no-any-return]
 
 
