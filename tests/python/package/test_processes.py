@@ -15,6 +15,7 @@ from pathlib import Path
 import numpy as np
 import pytest
 import tabulon as tb
+from support.memory import SANITIZED
 from support.run_files import GroupFiles, IntervalAxis, RunFiles, Variable
 from support.scenarios import group_1d, group_2d
 
@@ -106,6 +107,7 @@ def test_threads_share_a_run(tmp_path: Path) -> None:
     hammered(work)
 
 
+@pytest.mark.skipif(SANITIZED, reason="the sanitizer keeps what is freed")
 def test_memory_is_given_back(tmp_path: Path) -> None:
     axis = IntervalAxis(size=1_000_000)
     values = np.zeros(1_000_000, np.float32)

@@ -15,6 +15,7 @@ from types import ModuleType
 
 import pytest
 import tabulon as tb
+from support.memory import SANITIZED
 from support.own_process import answer_of
 
 OPTIONAL = ("pandas", "xarray", "dask", "matplotlib", "pyarrow", "h5netcdf", "h5py", "pint")
@@ -97,6 +98,7 @@ def test_unknown_attribute_is_told() -> None:
         _ = tb.get_run  # type: ignore[attr-defined]
 
 
+@pytest.mark.skipif(SANITIZED, reason="the sanitizer takes time of its own")
 def test_import_takes_little_more_than_that_of_numpy(tmp_path: Path) -> None:
     # of the processor, so that what else runs does not count
     code = "import time; a = time.process_time(); import {}; print(time.process_time() - a)"
