@@ -225,10 +225,10 @@ def _move_into_place(header: Path, run: Path, replaced: str | None) -> None:
     if replaced is not None:
         Path(replaced).unlink()
     data.replace(run.parent / data.name)
-    header.replace(run.parent / header.name)
     ended = header.with_suffix(_TERMINATION)
-    with suppress(FileExistsError):
-        os.link(ended, run.parent / ended.name)
+    with suppress(FileExistsError), (run.parent / ended.name).open("xb") as file:
+        file.write(ended.read_bytes())
+    header.replace(run.parent / header.name)
 
 
 def _existing(run_path: str) -> Path:
