@@ -8,8 +8,8 @@
 namespace Sumara {
 namespace {
 
-constexpr unsigned kGrowth = 2;      // each band is four times as wide as the last
-constexpr unsigned kMostBands = 12;  // by then all columns are in one
+constexpr unsigned kGrowth = 5;     // each band is 32 times as wide as the last: a walk costs, too
+constexpr unsigned kMostBands = 8;  // by then all columns are in one
 
 /// Calls `visit(base)` for each column of a request, until it answers false.
 template <class Visit>
