@@ -31,7 +31,8 @@ class Page(HTMLParser):
 
 def broken(root: Path) -> list[str]:
     """Return what is wrong with the links of a site."""
-    pages = {path.resolve(): Page(path) for path in root.rglob("*.html")}
+    found = (path for path in root.rglob("*.html") if "_static" not in path.parts)
+    pages = {path.resolve(): Page(path) for path in found}
     problems = []
     for path, page in pages.items():
         for link in page.links:

@@ -29,9 +29,7 @@ PAGES = {
     ),
     "cpp_core": ("Exceptions and enumerations", "core/exceptions vocabulary/enumerations", ""),
 }
-SCOPE = re.compile(
-    r"^\s*(?:template <[^>]*>\s*)?(class|struct|enum class) (\w+)(?: final)?[^;]*\{"
-)
+SCOPE = re.compile(r"^\s*(?:template <[^>]*>\s*)?(class|struct|enum class) (\w+)(?: final)?[^;]*\{")
 SECTION = re.compile(r"^\s*(public|protected|private):")
 
 
