@@ -8,7 +8,7 @@
 #include "api/narrow_variable.h"
 #include "api/run.h"
 #include "core/exceptions.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "vocabulary/calculation_kinds.h"
 
 namespace SumaraApi {

@@ -6,7 +6,7 @@
 #include "api/variable.h"
 #include "api/variable_factory.h"
 #include "core/text.h"
-#include "model/group.h"
+#include "model/igroup.h"
 
 namespace SumaraApi {
 

@@ -5,7 +5,7 @@
 #include "api/independent_variable.h"
 #include "core/exceptions.h"
 #include "core/text.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 
 namespace SumaraApi {

@@ -5,7 +5,7 @@
 #include "core/error_context.h"
 #include "core/exceptions.h"
 #include "model/axes.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "vocabulary/quantity_codes.h"
 
 namespace SumaraApi {

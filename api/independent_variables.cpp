@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "api/independent_variable.h"
-#include "model/group.h"
+#include "model/igroup.h"
 
 namespace SumaraApi {
 

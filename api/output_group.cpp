@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "model/group.h"
+#include "model/igroup.h"
 
 namespace SumaraApi {
 

@@ -7,7 +7,7 @@
 #include "api/independent_variables.h"
 #include "core/exceptions.h"
 #include "model/control.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 #include "vocabulary/quantity_codes.h"
 

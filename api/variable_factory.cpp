@@ -3,7 +3,7 @@
 #include "api/variable1d.h"
 #include "api/variable2d.h"
 #include "core/exceptions.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 
 namespace SumaraApi {

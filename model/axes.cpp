@@ -7,7 +7,7 @@
 #include "core/exceptions.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 
 namespace Sumara {

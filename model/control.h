@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/group.h"
 #include "model/group_number.h"
+#include "model/igroup.h"
 #include "model/load_request.h"
 
 namespace Sumara {

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "core/element_types.h"
-#include "model/group.h"
 #include "model/group_data.h"
 #include "model/group_statistics.h"
+#include "model/igroup.h"
 
 namespace Sumara {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "model/group.h"
+#include "model/igroup.h"
 
 namespace Sumara {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "model/file_writer.h"
-#include "model/group.h"
+#include "model/igroup.h"
 
 // Writes the two files of a group. The formats are told in docs/format.md.
 

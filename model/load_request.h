@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "model/group.h"
+#include "model/igroup.h"
 
 namespace Sumara {
 

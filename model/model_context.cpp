@@ -4,7 +4,7 @@
 #include <charconv>
 
 #include "core/error_context.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/series.h"
 
 namespace Sumara {

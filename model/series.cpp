@@ -5,7 +5,7 @@
 
 #include "core/text.h"
 #include "model/axes.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 
 namespace Sumara {

@@ -4,7 +4,7 @@
 
 #include "core/error_context.h"
 #include "model/axes.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/model_context.h"
 
 namespace Sumara {

@@ -17,7 +17,7 @@
 #include "api/variable2d.h"
 #include "core/exceptions.h"
 #include "model/axes.h"
-#include "model/group.h"
+#include "model/igroup.h"
 #include "model/series1d.h"
 #include "tests/api/api_test.h"
 

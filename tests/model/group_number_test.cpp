@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "model/group.h"
+#include "model/igroup.h"
 #include "tests/support/message_of.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "model/group.h"
+#include "model/igroup.h"
 
 #include <algorithm>
 #include <utility>
