@@ -154,7 +154,7 @@ pip_quietly() {
 # Whether anything that the package is made of is newer than the file STAMP.
 sources_changed_since() {
   [ ! -e "$1" ] || [ -n "$(find CMakeLists.txt pyproject.toml README.md LICENSE cmake core groupfiles \
-    vocabulary model api binding python -newer "$1" -not -name '*.pyc' -print -quit)" ]
+    vocabulary tables model api binding python examples/runs -newer "$1" -not -name '*.pyc' -print -quit)" ]
 }
 
 # install_package EXTRAS : `pip install .[EXTRAS]` into $venv, unless that has been done.

@@ -1,5 +1,5 @@
-// The least that a program can do to tell figures of ten variables from headers: read each file whole,
-// find the rows by their labels, convert the wanted numbers. Prints their sum.
+// The least that a program can do to tell figures of ten variables from headers: read each file
+// whole, find the rows by their labels, convert the wanted numbers. Prints their sum.
 //
 //   header_figures VARIABLES WANTED FILE...
 #include <fcntl.h>
@@ -20,7 +20,7 @@ double Value(const char* row, const char* end, int column) {
   for (int i = 0; i <= column; ++i) {
     while (row < end && (*row == ' ' || *row == '\n')) ++row;
     const char* stop = row;
-    while (stop < end && *stop > ' ') ++stop;
+    while (stop<end&& * stop> ' ') ++stop;
     if (i == column) std::from_chars(row, stop, value);
     row = stop;
   }
