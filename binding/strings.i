@@ -9,6 +9,7 @@ SWIGINTERN int SWIG_AsPtr_std_string(PyObject* object, std::string** value) try 
   }
   return !given.isString ? SWIG_TypeError : given.isNew ? SWIG_NEWOBJ : SWIG_OLDOBJ;
 } catch (const std::bad_alloc&) {
+  PyErr_NoMemory();
   return SWIG_MemoryError;
 } catch (const Binding::ErrorAlreadySet&) {
   return SWIG_MemoryError;
@@ -16,6 +17,15 @@ SWIGINTERN int SWIG_AsPtr_std_string(PyObject* object, std::string** value) try 
 }
 
 %include <std_string.i>
+
+// A string that memory lacks for is not one of the wrong type: no other overload is tried.
+%typemap(typecheck, precedence=SWIG_TYPECHECK_STDSTRING, noblock=1,
+         fragment="SWIG_AsPtr_std_string") std::string, const std::string & {
+  $1 = SWIG_IsOK(SWIG_AsPtr_std_string($input, nullptr));
+  if (PyErr_Occurred()) {
+    return nullptr;
+  }
+}
 
 %typemap(out, noblock=1, fragment="SWIG_From_std_string") std::string {
   $result = Binding::Result($1);
