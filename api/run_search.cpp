@@ -40,7 +40,7 @@ bool PassesCompletionFilter(Run& run, CompletionState filter) {
   return run.GetCompletionState() == filter;
 }
 
-std::string CanonicalTerminationPath(const Sumara::DirectoryWalk& walk) {
+std::string CanonicalTerminationPath(Sumara::DirectoryWalk& walk) {
   try {
     return walk.CanonicalEntryPath();
   } catch (const CIOException& failure) {

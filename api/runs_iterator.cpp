@@ -43,8 +43,7 @@ RunPtr RunsIterator::GetNextRun() {
   while (walk != nullptr && !walk->AtEnd()) {
     RunPtr run;
     // Each entry is asked for its status, so that a link that cannot be followed is an error here.
-    const bool isFile = walk->Entry().type == Sumara::EntryType::kFile || walk->IsAtRegularFile();
-    if (!isFile || !IsTerminationFileName(walk->Entry().name)) {
+    if (!walk->IsAtRegularFile() || !IsTerminationFileName(walk->Entry().name)) {
       if (m_searchScope == SearchScope::RootDirectoryOnly && walk->IsAtDirectory())
         walk->DisableRecursion();
     } else if (matcher.Matches(walk->Entry().name)) {

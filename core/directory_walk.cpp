@@ -22,7 +22,7 @@ DirectoryWalk::DirectoryWalk(const std::string& root) {
 }
 
 void DirectoryWalk::Enter(const std::string& path, const std::string& canonical, const char* word) {
-  Level level{DirectoryReader(path, word), path, canonical};
+  Level level{DirectoryReader(path, word), path, canonical, /*isSearchable=*/false};
   WithTrailingSeparator(level.path);
   WithTrailingSeparator(level.canonical);
   if (level.reader.Next(word) == nullptr) return NextOrLeave(word);
@@ -47,10 +47,22 @@ void DirectoryWalk::Advance() {
   }
 }
 
-std::string DirectoryWalk::CanonicalEntryPath() const {
+bool DirectoryWalk::IsAt(EntryType type, bool (*asksSystem)(const std::string&, EntryType)) {
+  Level& level = m_levels.back();
+  if (!level.isSearchable) asksSystem(EntryPath(), EntryType::kUnknown);
+  level.isSearchable = true;
+  return Entry().type == type || asksSystem(EntryPath(), Entry().type);
+}
+
+std::string DirectoryWalk::CanonicalEntryPath() {
   const EntryType type = Entry().type;
   const bool isItself = type == EntryType::kFile || type == EntryType::kDirectory;
-  return isItself ? m_levels.back().canonical + Entry().name : NormaliseFilePath(EntryPath());
+  if (!isItself) return NormaliseFilePath(EntryPath());
+  Level& level = m_levels.back();
+  // An entry that has vanished meanwhile counts as the directory told it.
+  if (!level.isSearchable) Exists(EntryPath());
+  level.isSearchable = true;
+  return level.canonical + Entry().name;
 }
 
 }  // namespace Sumara

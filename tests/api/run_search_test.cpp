@@ -46,6 +46,19 @@ class RunSearchTest : public testing_support::ApiTest {
   Names Matching(const std::string& pattern, SearchScope scope = SearchScope::RecursiveSearch) {
     return PathsOf(TabulonApi::GetRunsMatchingNameRegex(m_directory.Path(), pattern, scope));
   }
+  /// What an action raises while a directory may be listed, but not searched.
+  template <class Action>
+  std::string WithoutSearching(const std::string& directory, Action action) {
+    constexpr auto kRead = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+    fs::permissions(Path(directory), kRead);
+    std::string message;
+    {
+      const Unprivileged user;
+      message = MessageOf(action);
+    }
+    fs::permissions(Path(directory), fs::perms::owner_all);
+    return message;
+  }
   void Header(const std::string& run, const std::string& content) {
     testing_support::SampleGroup group;
     group.content = content;
@@ -306,6 +319,34 @@ TEST_F(RunSearchTest, DirectoryThatCannotBeEnteredLosesTheWholeSearch) {
                 "Permission denied [" +
                 Path("sub") + "]");
   EXPECT_EQ(rootOnly, (Names{"run1.$TE"}));
+}
+
+TEST_F(RunSearchTest, DirectoryThatMayNotBeSearchedRaisesTheErrorOfTheFirstRunInIt) {
+  Sample("sub/deep/run1");
+  const std::string message = WithoutSearching("sub/deep", [&] { All(); });
+  EXPECT_EQ(
+      message,
+      "IO error 5026: Failed to check whether file exists.\nFurther information: File path: " +
+          Path("sub/deep/run1.$TE") + "\nInner exception: Permission denied");
+}
+
+TEST_F(RunSearchTest, RunsOfAnotherNameAreNotAskedForInADirectoryThatMayNotBeSearched) {
+  Sample("sub/deep/run1");
+  Sample("run2");
+  EXPECT_EQ(WithoutSearching("sub/deep", [&] { EXPECT_EQ(Named("run2"), Names{"run2.$TE"}); }),
+            "no exception");
+}
+
+TEST_F(RunSearchTest, RootThatMayNotBeSearchedRaisesTheErrorOfTheFirstEntry) {
+  m_directory.Write("sub/deep/other.txt", "");
+  const std::string message = WithoutSearching(
+      "sub/deep", [&] { TabulonApi::GetRuns(Path("sub/deep"), SearchScope::RootDirectoryOnly); });
+  EXPECT_EQ(message,
+            "Sumara Tables error: A filesystem error was encountered when finding runs.\n"
+            "Further information: Directory: " +
+                Path("sub/deep") +
+                "\nInner exception: filesystem error: status: Permission denied [" +
+                Path("sub/deep/other.txt") + "]");
 }
 
 // The run cache.

@@ -217,6 +217,26 @@ TEST_F(RunsIteratorTest, DirectoryWithoutPermissionIsAnErrorOfTheAdvance) {
                 Path("sub") + "]");
 }
 
+TEST_F(RunsIteratorTest, DirectoryThatMayNotBeSearchedIsAnErrorOfTheStatus) {
+  m_directory.MakeDirectory("sub");
+  Sample("sub/run1");
+  fs::permissions(Path("sub"),
+                  fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  RunsIterator iterator(m_directory.Path());
+  std::string first;
+  std::string second;
+  {
+    const Unprivileged user;
+    first = MessageOf([&] { iterator.GetNextRun(); });
+    second = MessageOf([&] { iterator.GetNextRun(); });
+  }
+  fs::permissions(Path("sub"), fs::perms::owner_all);
+  EXPECT_EQ(first.find("filesystem error: status: Permission denied [" + Path("sub/run1.")), 0u)
+      << first;
+  EXPECT_EQ(second, first);
+  EXPECT_NE(iterator.GetNextRun(), nullptr);
+}
+
 TEST_F(RunsIteratorTest, FiltersApplyAsTheyStandAtEachCall) {
   Sample("run1", "Run completed");
   Sample("run2", "*** ERROR");
