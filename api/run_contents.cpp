@@ -274,12 +274,23 @@ VariablePtr RunContents::VariableOf(const Holder& holder, std::uint32_t targetTy
   return contents.RunVariable(holder.place);
 }
 
+/// Whether one of the holders spells the name so.
+bool RunContents::HoldsSpelling(const Holders& holders, const std::string& name) const {
+  return std::any_of(holders.begin(), holders.end(), [&](const Holder& holder) {
+    return ContentsOf(holder).VariableNames()[holder.place] == name;
+  });
+}
+
 /// The holder of a name that is known; none if it is to be sought in the headers.
 std::optional<RunContents::Holder> RunContents::FindKnown(const std::string& name,
                                                           const std::string& groupName,
                                                           std::uint32_t targetType) {
-  const Holders known = KnownOf(name, HoldersOf(name));
+  const Holders holders = HoldersOf(name);
+  const Holders known = KnownOf(name, holders);
   if (known.empty()) return std::nullopt;
+  // What is known in another case only must not stand for a name that a header spells so.
+  if (groupName.empty() && !HoldsSpelling(known, name) && HoldsSpelling(holders, name))
+    return std::nullopt;
   // A name that is known of other groups only is sought in the headers of the group that was named.
   const Holder* holder = Choose(known, name, groupName, /*toleratesAbsence=*/true);
   if (holder != nullptr && !groupName.empty() && ContentsOf(*holder).Name() != groupName) {

@@ -94,6 +94,7 @@ class RunContents {
   void Know(const std::string& name, const Holders& holders);
   const Holder* Choose(const Holders& known, const std::string& name, const std::string& groupName,
                        bool toleratesAbsence) const;
+  bool HoldsSpelling(const Holders& holders, const std::string& name) const;
   std::optional<Holder> FindKnown(const std::string& name, const std::string& groupName,
                                   std::uint32_t targetType);
   VariablePtr VariableOf(const Holder& holder, std::uint32_t targetType);

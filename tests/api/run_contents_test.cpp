@@ -64,6 +64,41 @@ TEST_F(RunContentsTest, GroupsAreHandedOutOnce) {
   EXPECT_EQ(contents.FindGroup("ONE", kTypeOfTheFile), contents.Groups().back());
 }
 
+TEST_F(RunContentsTest, EachSpellingIsFoundWhicheverWasAskedForFirst) {
+  Header("01", "one", {{"SPEED", "L"}, {"Speed", "L"}, {"Power", "L"}});
+  const std::vector<std::string> spellings = {"SPEED", "Speed"};
+  for (const bool isReversed : {false, true}) {
+    RunContents contents = Contents();
+    for (int i = 0; i < 6; ++i) {
+      const std::string& name = spellings[static_cast<std::size_t>(i + isReversed) % 2];
+      EXPECT_EQ(Get(contents, name)->GetName(), name);
+      EXPECT_EQ(Get(contents, name, "ONE")->GetName(), name);
+    }
+    EXPECT_EQ(Get(contents, "speed")->GetName(), "SPEED");
+  }
+}
+
+TEST_F(RunContentsTest, SpellingOfAnotherGroupIsNoSubstitute) {
+  Header("01", "one", {{"SPEED", "L"}});
+  Header("02", "two", {{"Speed", "L"}});
+  RunContents contents = Contents();
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(Get(contents, "Speed", "one")->GetName(), "SPEED");
+    EXPECT_EQ(Get(contents, "SPEED", "two")->GetName(), "Speed");
+  }
+}
+
+TEST_F(RunContentsTest, NameThatIsKnownInAnotherCaseDoesNotHideOneThatIsSpelledSo) {
+  Header("01", "one", {{"SPEED", "L"}});
+  Header("02", "two", {{"Speed", "L"}});
+  RunContents contents = Contents();
+  EXPECT_EQ(Get(contents, "SPEED", "one")->GetName(), "SPEED");
+  EXPECT_EQ(Get(contents, "speed")->GetName(), "SPEED");  // the only one that is known
+  EXPECT_NE(MessageOf([&] { Get(contents, "Speed"); }).find("more than one output group"),
+            std::string::npos);
+  EXPECT_EQ(Get(contents, "Speed", "two")->GetName(), "Speed");
+}
+
 TEST_F(RunContentsTest, AnyNumberOfQuestionsGivesTheSameAnswers) {
   for (int i = 1; i <= 20; ++i) {
     const std::string number = std::to_string(i);
