@@ -16,7 +16,7 @@ std::uint32_t HashOf(std::string_view name) {
 }  // namespace
 
 void NameIndex::Add(const std::vector<std::string>& names) {
-  Grow(names.size());
+  Reserve(names.size());
   const auto list = static_cast<std::uint32_t>(m_lists.size());
   m_lists.push_back(&names);
   for (std::uint32_t place = 0; place < names.size(); ++place) {
@@ -34,8 +34,7 @@ void NameIndex::Add(const std::vector<std::string>& names) {
   }
 }
 
-/// Makes room for so many names more.
-void NameIndex::Grow(std::size_t names) {
+void NameIndex::Reserve(std::size_t names) {
   if (m_links.size() + names > m_links.capacity())
     m_links.reserve(std::max(m_links.size() + names, 2 * m_links.capacity()));
   const std::size_t wanted = std::bit_ceil(2 * (m_used + names) + 1);

@@ -19,6 +19,8 @@ class NameIndex {
     std::uint32_t place;
   };
 
+  /// Makes room for so many names more, so that adding them moves nothing.
+  void Reserve(std::size_t names);
   /// Takes the next list.
   void Add(const std::vector<std::string>& names);
   std::size_t ListCount() const { return m_lists.size(); }
@@ -51,7 +53,6 @@ class NameIndex {
   }
   std::size_t SlotOf(std::string_view name) const;
   std::size_t SlotOf(std::string_view name, std::uint32_t hash) const;
-  void Grow(std::size_t names);
 
   std::vector<const std::vector<std::string>*> m_lists;
   std::vector<Slot> m_slots;  ///< a power of two of them, half of them free

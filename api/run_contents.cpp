@@ -176,6 +176,10 @@ RunContents::Holders RunContents::ScanFor(const std::string& name) const {
 RunContents::Holders RunContents::LookUp(const std::string& name) {
   if (m_index.ListCount() != m_readCount) {
     NameIndex index;
+    std::size_t names = 0;
+    for (std::size_t header = 0; header < m_readCount; ++header)
+      names += m_headers[header].contents->VariableNames().size();
+    index.Reserve(names);
     for (std::size_t header = 0; header < m_readCount; ++header)
       index.Add(m_headers[header].contents->VariableNames());
     m_index = std::move(index);
@@ -208,8 +212,10 @@ RunContents::Holders RunContents::KnownOf(const std::string& name, const Holders
     }
     if (time != 0) met.emplace_back(time, holder);
   }
-  std::stable_sort(met.begin(), met.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  const auto isEarlier = [](const auto& a, const auto& b) {
+    return std::pair(a.first, a.second.header) < std::pair(b.first, b.second.header);
+  };
+  std::sort(met.begin(), met.end(), isEarlier);
   Holders known;
   for (const auto& [time, holder] : met) known.push_back(holder);
   return known;
@@ -284,8 +290,8 @@ bool RunContents::HoldsSpelling(const Holders& holders, const std::string& name)
 /// The holder of a name that is known; none if it is to be sought in the headers.
 std::optional<RunContents::Holder> RunContents::FindKnown(const std::string& name,
                                                           const std::string& groupName,
+                                                          const Holders& holders,
                                                           std::uint32_t targetType) {
-  const Holders holders = HoldersOf(name);
   const Holders known = KnownOf(name, holders);
   if (known.empty()) return std::nullopt;
   // What is known in another case only must not stand for a name that a header spells so.
@@ -304,12 +310,14 @@ std::optional<RunContents::Holder> RunContents::FindKnown(const std::string& nam
 
 VariablePtr RunContents::GetVariable(const std::string& name, const std::string& groupName,
                                      std::uint32_t targetType) {
-  if (const auto known = FindKnown(name, groupName, targetType))
+  const std::size_t readBefore = m_readCount;
+  Holders holders = HoldersOf(name);
+  if (const auto known = FindKnown(name, groupName, holders, targetType))
     return VariableOf(*known, targetType);
   CheckDirectory();
   ListHeaders();
   ReadHeaders(targetType);
-  const Holders holders = HoldersOf(name);
+  if (m_readCount != readBefore) holders = HoldersOf(name);
   const Holders sought = InGroup(holders, groupName);
   for (const Holder& holder : sought) ContentsOf(holder).CheckVariable(holder.place);
   Know(name, sought);

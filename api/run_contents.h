@@ -96,7 +96,7 @@ class RunContents {
                        bool toleratesAbsence) const;
   bool HoldsSpelling(const Holders& holders, const std::string& name) const;
   std::optional<Holder> FindKnown(const std::string& name, const std::string& groupName,
-                                  std::uint32_t targetType);
+                                  const Holders& holders, std::uint32_t targetType);
   VariablePtr VariableOf(const Holder& holder, std::uint32_t targetType);
   void CheckDirectory() const;
   std::string ListContext(const Holders& known, const std::string& name) const;
