@@ -25,6 +25,13 @@ std::shared_ptr<Sumara::CControl> MakeControl(bool keepReadersOpen) {
   return control;
 }
 
+/// Where a header stands among the known ones, or would stand.
+template <class Known>
+auto PlaceIn(Known& known, std::size_t header) {
+  return std::lower_bound(known.begin(), known.end(), header,
+                          [](const auto& a, std::size_t b) { return a.first < b; });
+}
+
 }  // namespace
 
 RunContents::RunContents(std::string directory, std::string runName, bool keepReadersOpen)
@@ -207,8 +214,8 @@ RunContents::Holders RunContents::KnownOf(const std::string& name, const Holders
   for (const Holder& holder : holders) {
     std::size_t time = m_headers[holder.header].handedOut;
     if (sought != m_known.end()) {
-      const auto found = sought->second.find(holder.header);
-      if (found != sought->second.end()) time = found->second;
+      const auto found = PlaceIn(sought->second, holder.header);
+      if (found != sought->second.end() && found->first == holder.header) time = found->second;
     }
     if (time != 0) met.emplace_back(time, holder);
   }
@@ -240,7 +247,9 @@ void RunContents::Know(const std::string& name, const Holders& holders) {
   KnownHeaders headers = before == m_known.end() ? KnownHeaders() : before->second;
   for (const Holder& holder : holders) {
     const std::size_t handedOut = m_headers[holder.header].handedOut;
-    headers.emplace(holder.header, handedOut != 0 ? handedOut : m_time + 1);
+    const auto at = PlaceIn(headers, holder.header);
+    if (at != headers.end() && at->first == holder.header) continue;
+    headers.insert(at, {holder.header, handedOut != 0 ? handedOut : m_time + 1});
   }
   m_known[name].swap(headers);
   ++m_time;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "api/group_contents.h"
@@ -68,8 +69,8 @@ class RunContents {
     std::size_t place;
   };
   using Holders = std::vector<Holder>;
-  /// The headers of whose groups a name is known, each with the time of that.
-  using KnownHeaders = std::unordered_map<std::size_t, std::size_t>;
+  /// The headers of whose groups a name is known, sorted, each with the time of that.
+  using KnownHeaders = std::vector<std::pair<std::size_t, std::size_t>>;
 
   GroupContents& ContentsOf(const Holder& holder) const {
     return *m_headers[holder.header].contents;
