@@ -1,5 +1,7 @@
 #include "api/runs_iterator.h"
 
+#include <utility>
+
 #include "api/process_state.h"
 #include "api/run.h"
 #include "api/run_search.h"
@@ -37,6 +39,7 @@ RunsIteratorRegex::RunsIteratorRegex(std::string const& rootDirectory,
 }
 
 RunPtr RunsIterator::GetNextRun() {
+  if (m_putBack != nullptr) return std::exchange(m_putBack, nullptr);
   Sumara::DirectoryWalk* walk = State().walk.get();
   RunNameMatcher matcher(m_pattern, m_isRegularExpression);
   const bool takesAll = IsFilterSkipped();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "api/types.h"
 
@@ -23,6 +24,8 @@ class RunsIterator {
 
   /// The next run that passes the search settings; null at the end, and from then on.
   RunPtr GetNextRun();
+  /// Takes back a run that its caller could not use: the next call gives it again.
+  void PutBack(RunPtr run) noexcept { m_putBack = std::move(run); }
 
  protected:
   struct RegularExpression {};
@@ -33,6 +36,7 @@ class RunsIterator {
   bool m_isRegularExpression;
   std::string m_pattern;
   SearchScope m_searchScope;
+  RunPtr m_putBack;
 };
 
 }  // namespace SumaraApi

@@ -1,5 +1,14 @@
 // Runs one at a time.
 
+// The walk has gone on by the time that the script object is made: a run that memory lacks for then
+// is not lost, but comes with the next call.
+%typemap(out, noblock=1) std::shared_ptr<SumaraApi::Run> SumaraApi::RunsIterator::GetNextRun {
+  $result = Binding::Result($1);
+  if (!$result) {
+    arg1->PutBack($1);
+  }
+}
+
 namespace SumaraApi {
 
 class RunsIterator {

@@ -57,6 +57,19 @@ TEST_F(RunsIteratorTest, EndIsNullForGood) {
   for (int i = 0; i < 3; ++i) EXPECT_EQ(iterator.GetNextRun(), nullptr);
 }
 
+TEST_F(RunsIteratorTest, ARunThatIsPutBackComesNext) {
+  Sample("run1");
+  Sample("run2");
+  RunsIterator iterator(m_directory.Path());
+  const RunPtr first = iterator.GetNextRun();
+  iterator.PutBack(first);
+  EXPECT_EQ(iterator.GetNextRun(), first);
+  const RunPtr second = iterator.GetNextRun();
+  EXPECT_NE(second, nullptr);
+  EXPECT_NE(second, first);
+  EXPECT_EQ(iterator.GetNextRun(), nullptr);
+}
+
 TEST_F(RunsIteratorTest, EmptyDirectoryIsAtItsEnd) {
   EXPECT_EQ(RunsIterator(m_directory.Path()).GetNextRun(), nullptr);
 }
