@@ -31,13 +31,17 @@ std::shared_ptr<Sumara::CSeries1D<T>> OutputGroup1D<T>::AddVariable(std::string 
 template <class T>
 void OutputGroup1D<T>::AddVariableWithData(std::string const& variableName,
                                            std::string const& siUnit, std::vector<T> const& data) {
-  AddVariable(variableName, siUnit)->AddSeriesPoints(data, /*check=*/true);
+  AddOutputSeriesWithData<Sumara::CSeries1D<T>>(
+      *m_typedGroup, variableName, siUnit,
+      [&](auto& series) { series.AddSeriesPoints(data, /*check=*/true); });
 }
 
 template <class T>
 void OutputGroup1D<T>::AddVariableWithData(std::string const& variableName,
                                            std::string const& siUnit, std::vector<T>&& data) {
-  AddVariable(variableName, siUnit)->TakeSeriesPoints(std::move(data), /*check=*/true);
+  AddOutputSeriesWithData<Sumara::CSeries1D<T>>(
+      *m_typedGroup, variableName, siUnit,
+      [&](auto& series) { series.TakeSeriesPoints(std::move(data), /*check=*/true); });
 }
 
 template <class T>

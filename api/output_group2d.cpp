@@ -32,7 +32,9 @@ template <class T>
 void OutputGroup2D<T>::AddVariableWithData(std::string const& variableName,
                                            std::string const& siUnit,
                                            std::vector<std::vector<T>> const& data) {
-  AddVariable(variableName, siUnit)->AddSeriesPoints(data, /*check=*/true);
+  AddOutputSeriesWithData<Sumara::CSeries2D<T>>(
+      *m_typedGroup, variableName, siUnit,
+      [&](auto& series) { series.AddSeriesPoints(data, /*check=*/true); });
 }
 
 template <class T>

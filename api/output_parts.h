@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -55,6 +56,20 @@ std::shared_ptr<Series> AddOutputSeries(Sumara::IGroup& group, std::string const
       default:
         throw;
     }
+  }
+}
+
+/// Adds a series, and has `addPoints` put its points there: both, or nothing where memory runs out.
+/// Points that are refused leave the series without data.
+template <class Series, class AddPoints>
+void AddOutputSeriesWithData(Sumara::IGroup& group, std::string const& name,
+                             std::string const& siUnit, AddPoints addPoints) {
+  const auto series = AddOutputSeries<Series>(group, name, siUnit);
+  try {
+    addPoints(*series);
+  } catch (const std::bad_alloc&) {
+    group.RemoveLastSeries();
+    throw;
   }
 }
 

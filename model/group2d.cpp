@@ -22,7 +22,7 @@ void CGroup2D<T>::AddSeries(const std::shared_ptr<ISeries>& series, bool renameO
   try {
     typed->SetNumberOfVectors(this->GetNumberOfPoints(kSecondary));
   } catch (...) {
-    this->RemoveSeriesEntry(series->GetName(), /*renumber=*/true);
+    this->RemoveLastSeries();
     throw;
   }
 }

@@ -139,7 +139,7 @@ void IGroup::AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClas
   try {
     series->SetGroup(this);
   } catch (...) {
-    m_series.Remove(m_series.Size() - 1);
+    RemoveLastSeries();
     throw;
   }
 }

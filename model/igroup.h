@@ -202,6 +202,8 @@ class IGroup {
   void RemoveSeriesEntry(const std::string& name, bool /*renumber*/) {
     m_series.Remove(PlaceOf(name));
   }
+  /// Takes back the series that was added last, for which no memory is needed.
+  void RemoveLastSeries() noexcept { m_series.Remove(m_series.Size() - 1); }
   void SetSeriesNames(std::vector<std::string> names, std::vector<std::string> quantities);
   void UnloadSeries(const std::string& name) { m_series.SetSeries(PlaceOf(name), nullptr); }
 
