@@ -46,7 +46,8 @@ struct CTextDataReader<U>::Column {
 template <class U>
 class CTextDataReader<U>::Rows {
  public:
-  explicit Rows(const std::vector<Column>& columns) {
+  /// Room for as many points as go together well, but for no more than the file can hold.
+  Rows(const std::vector<Column>& columns, std::uint64_t pointsInFile) {
     for (const Column& column : columns) m_columns.push_back(&column);
     std::sort(m_columns.begin(), m_columns.end(), [](const Column* a, const Column* b) {
       return std::tie(a->line, a->place) < std::tie(b->line, b->place);
@@ -58,7 +59,8 @@ class CTextDataReader<U>::Rows {
       m_places.push_back(column->place);
     }
     m_plan.stride = m_columns.size();
-    m_most = std::max<std::size_t>(1, kRowsBytes / (m_columns.size() * sizeof(U)));
+    const std::uint64_t together = kRowsBytes / (m_columns.size() * sizeof(U));
+    m_most = static_cast<std::size_t>(std::max<std::uint64_t>(1, std::min(together, pointsInFile)));
     m_values.resize(m_most * m_columns.size());
     m_targets.resize(m_columns.size());
   }
@@ -204,10 +206,11 @@ std::uint64_t CTextDataReader<U>::ParsePoints(const DataLayout& layout, std::uin
   this->Prepare();
   if (this->IsEmpty()) return 0;
   // A value takes a byte of the file at least: a header that claims more takes no memory.
-  const std::uint64_t room =
-      std::min(points, this->GetLength() / std::max<std::uint64_t>(layout.Stride(), 1));
+  const std::uint64_t pointsInFile =
+      this->GetLength() / std::max<std::uint64_t>(layout.Stride(), 1);
+  const std::uint64_t room = std::min(points, pointsInFile);
   for (const Column& column : columns) column.values->reserve(static_cast<std::size_t>(room));
-  Rows rows(columns);
+  Rows rows(columns, pointsInFile);
   std::uint64_t point = 0;
   try {
     for (; points == 0 || point < points; ++point) ParsePoint(layout, point, rows);
