@@ -49,6 +49,11 @@ class TabulonError(RuntimeError):
 class RunNotFoundError(TabulonError, FileNotFoundError):
     """There is no such run, or no such directory. Also a ``FileNotFoundError``."""
 
+    # An `OSError` has more to it than a `RuntimeError`, and is made by its own `__new__`. Packages
+    # that send exceptions to other processes look for it here.
+    def __new__(cls, *texts: object, **_: object) -> RunNotFoundError:
+        return FileNotFoundError.__new__(cls, *texts)
+
 
 class NameNotFoundError(TabulonError, KeyError):
     """There is no group, variable, label or axis value of that name. Also a ``KeyError``."""

@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import pickle
+import subprocess
+import sys
 
 import pytest
 import tabulon as tb
@@ -34,3 +36,23 @@ def test_an_error_is_pickled_with_code_and_path(kind: type[tb.TabulonError]) -> 
 def test_an_error_prints_without_quotes_and_needs_no_more(kind: type[tb.TabulonError]) -> None:
     error = kind("two 'words'")
     assert (str(error), error.code, error.path) == ("two 'words'", None, None)
+
+
+def test_errors_go_to_the_workers_of_a_cluster() -> None:
+    """Dask's `distributed` has `tblib` pickle all exceptions, in its own way."""
+    pytest.importorskip("tblib")
+    script = (
+        "import pickle, tabulon as tb\n"
+        "from tblib import pickling_support\n"
+        "kinds = [tb.TabulonError, tb.RunNotFoundError, tb.NameNotFoundError]\n"
+        "kinds += [tb.AmbiguousNameError, tb.DataError]\n"
+        "errors = [kind('text', code=81, path='run.%01') for kind in kinds]\n"
+        "pickling_support.install(*errors)\n"
+        "for kind, error in zip(kinds, pickle.loads(pickle.dumps(errors))):\n"
+        "    assert type(error) is kind, error\n"
+        "    assert (str(error), error.code, error.path) == ('text', 81, 'run.%01'), kind\n"
+    )
+    done = subprocess.run(
+        [sys.executable, "-c", script], capture_output=True, text=True, check=False
+    )
+    assert done.returncode == 0, done.stderr
