@@ -138,10 +138,10 @@ class BlockFinder {
   bool FindUloads();
   void FindLine(const char* label, std::int32_t code);
   void Add(std::string_view values, std::int32_t code) {
-    if (CountTokens(values) != m_rows.variableCount) throw Failure(code);
+    if (CountTokens(values) != m_rows.variableCount) throw BlockFailure(code);
     m_rows.places.push_back(PlaceOf(m_header, values));
   }
-  CException Failure(std::int32_t code, std::string inner = {}) const {
+  CException BlockFailure(std::int32_t code, std::string inner = {}) const {
     return CException(code, FileContext(m_path), std::move(inner));
   }
 
@@ -155,19 +155,19 @@ bool BlockFinder::FindUloads() {
   std::string_view label;
   std::string_view values;
   const Look look = m_cursor.LookFor("ULOADS", label, values);
-  if (look == Look::kBlank) throw Failure(119, UnreadableLine("ULOADS", {}, m_path).what());
+  if (look == Look::kBlank) throw BlockFailure(119, UnreadableLine("ULOADS", {}, m_path).what());
   if (look != Look::kFound) {
-    if (IsFigureLabel(label)) throw Failure(119);
+    if (IsFigureLabel(label)) throw BlockFailure(119);
     return false;
   }
   std::uint64_t count = 0;
   do {
     // The first row has told that the file holds as many values: twice the number is no overflow.
-    if (count / 2 >= m_rows.variableCount) throw Failure(119);
+    if (count / 2 >= m_rows.variableCount) throw BlockFailure(119);
     Add(values, 119);
     ++count;
   } while (m_cursor.TakeContinuation(values));
-  if (count != 2 * m_rows.variableCount) throw Failure(119);
+  if (count != 2 * m_rows.variableCount) throw BlockFailure(119);
   return true;
 }
 
@@ -178,13 +178,13 @@ void BlockFinder::FindLine(const char* label, std::int32_t code) {
     case Look::kFound:
       return Add(values, code);
     case Look::kBlank:
-      throw Failure(code, UnreadableLine(label, {}, m_path).what());
+      throw BlockFailure(code, UnreadableLine(label, {}, m_path).what());
     case Look::kOther:
-      throw Failure(code, LabelNotFound(label, m_path, kNotOnNextLine).what());
+      throw BlockFailure(code, LabelNotFound(label, m_path, kNotOnNextLine).what());
     case Look::kEnd:
-      throw Failure(code, LabelNotFound(label, m_path, kNotUpToTheEnd).what());
+      throw BlockFailure(code, LabelNotFound(label, m_path, kNotUpToTheEnd).what());
     case Look::kRefused:
-      throw Failure(code, LabelNotFound(label, m_path, kNotOnNextLine, kBadStream).what());
+      throw BlockFailure(code, LabelNotFound(label, m_path, kNotOnNextLine, kBadStream).what());
   }
 }
 

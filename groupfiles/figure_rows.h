@@ -49,6 +49,9 @@ bool IsFigureLabel(std::string_view label);
 struct HeaderFigures {
   FileBytes text;  ///< from the first block on
   FigureRows rows;
+  FileState file;           ///< before the text was read
+  std::uint64_t start = 0;  ///< of the text in the file
+  std::size_t size = 0;     ///< of the text, which its owner may give up
 };
 
 /// Finds the next statistics block of `header` and appends its rows to `rows`. Each row is counted

@@ -226,7 +226,10 @@ HeaderFigures CHeaderReader::ReadFigures(std::uint64_t variableCount, std::uint6
   // that goes on with other lines the rest is not read.
   if (!IsGood() || mostBlocks == 0) return figures;
   if (PeekLabel(label) && !IsFigureLabel(label)) return figures;
+  figures.file = m_stream.SystemFile().State();
+  figures.start = m_stream.Tell();
   figures.text = m_stream.ReadRest();
+  figures.size = figures.text.size;
   if (m_stream.Bad()) {
     throw CException(119, Context(), CIOException(5007, StreamStateText()).what());
   }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/axes.h"
+#include "model/group_loader.h"
 #include "model/igroup.h"
 #include "model/model_context.h"
 
@@ -81,14 +82,21 @@ bool GroupStatistics<T>::IsOfOneLength(std::uint64_t secondary) const {
 }
 
 template <class T>
-bool GroupStatistics<T>::AnswersFromStored(std::uint64_t secondary, bool preferComputed) const {
-  if (m_group.IsPreview() || !preferComputed) {
-    if (!HasStored(secondary)) FailWithoutStored();
-    return true;
-  }
-  if (m_stored.rows.BlockCount() == 0 || IsAllInMemory(secondary)) return false;
+bool GroupStatistics<T>::AnswersFromStored(std::uint64_t secondary, bool preferComputed) {
+  const bool alone = m_group.IsPreview() || !preferComputed;
+  if (!alone && (m_stored.Rows().BlockCount() == 0 || IsAllInMemory(secondary))) return false;
+  RestoreStored();
+  if (!alone && m_stored.Rows().BlockCount() == 0) return false;
   if (!HasStored(secondary)) FailWithoutStored();
   return true;
+}
+
+template <class T>
+void GroupStatistics<T>::RestoreStored() {
+  if (m_stored.Restore(m_group.GetPath())) return;
+  m_hasReadStored = false;
+  LoadStoredStatistics(m_group.GetPath(), m_group);
+  if (!m_hasReadStored) m_stored.Set({});  // it has other variables now
 }
 
 template <class T>
@@ -96,9 +104,10 @@ const std::vector<double>& GroupStatistics<T>::Get(StatisticKind kind, std::uint
                                                    bool preferComputed) {
   CheckAvailable(secondary);
   const FigureLine line = LineOf(kind, m_group);
+  const KeptFigures::Use stored(m_stored);
   if (AnswersFromStored(secondary, preferComputed)) {
-    m_line.resize(static_cast<std::size_t>(m_stored.rows.variableCount));
-    ReadFigures<double>(m_stored.text.View(), m_stored.rows.Line(secondary, line), m_line);
+    m_line.resize(static_cast<std::size_t>(m_stored.Rows().variableCount));
+    ReadFigures<double>(stored.Text(), m_stored.Rows().Line(secondary, line), m_line);
   } else {
     ComputeStatistic(m_line, kind, secondary);
   }
@@ -115,9 +124,10 @@ double GroupStatistics<T>::Get(StatisticKind kind, const std::string& name, std:
     if (index >= count) FailWithoutStored();
     return index;
   };
+  const KeptFigures::Use stored(m_stored);
   if (AnswersFromStored(secondary, preferComputed)) {
-    return ReadFigure<double>(m_stored.text.View(), m_stored.rows.Line(secondary, line),
-                              indexBelow(m_stored.rows.variableCount));
+    return ReadFigure<double>(stored.Text(), m_stored.Rows().Line(secondary, line),
+                              indexBelow(m_stored.Rows().variableCount));
   }
   // A time may be refused for the sake of another series, which an axis has no value for.
   if (kind == StatisticKind::kMean && !m_group.IsWritingIncrementally() &&
@@ -148,18 +158,19 @@ const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::GetUloads(std::ui
                                                                          bool preferComputed) {
   CheckAvailable(secondary);
   if (IsLive(secondary, preferComputed)) return m_liveUloads[secondary];
-  return AnswersFromStored(secondary, preferComputed) ? StoredUloads(secondary)
+  const KeptFigures::Use stored(m_stored);
+  return AnswersFromStored(secondary, preferComputed) ? StoredUloads(secondary, stored.Text())
                                                       : ComputedUloads(secondary);
 }
 
 template <class T>
-const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::StoredUloads(
-    std::uint64_t secondary) {
-  const auto count = static_cast<std::size_t>(m_stored.rows.variableCount);
+const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::StoredUloads(std::uint64_t secondary,
+                                                                            std::string_view text) {
+  const auto count = static_cast<std::size_t>(m_stored.Rows().variableCount);
   m_uloads.resize(2 * count);
   for (std::size_t i = 0; i < m_uloads.size(); ++i) {
     m_uloads[i].resize(count);
-    ReadFigures<T>(m_stored.text.View(), m_stored.rows.UloadsRow(secondary, i), m_uloads[i]);
+    ReadFigures<T>(text, m_stored.Rows().UloadsRow(secondary, i), m_uloads[i]);
   }
   return m_uloads;
 }
@@ -185,10 +196,11 @@ T GroupStatistics<T>::GetUload(std::uint64_t series, Extreme extreme, std::uint6
   if (IsLive(secondary, /*preferComputed=*/true)) {
     return ValueIn(m_liveUloads[secondary], row, column);
   }
+  const KeptFigures::Use stored(m_stored);
   if (AnswersFromStored(secondary, /*preferComputed=*/true)) {
-    const std::uint64_t count = m_stored.rows.variableCount;
+    const std::uint64_t count = m_stored.Rows().variableCount;
     if (series >= count || column >= count) FailWithoutStored();  // the header tells of fewer
-    return ReadFigure<T>(m_stored.text.View(), m_stored.rows.UloadsRow(secondary, row), column);
+    return ReadFigure<T>(stored.Text(), m_stored.Rows().UloadsRow(secondary, row), column);
   }
   if (!m_group.IsWritingIncrementally() && IsOfOneLength(secondary)) {
     return ValueAtExtreme(series, extreme, column, secondary);
@@ -272,7 +284,7 @@ void GroupStatistics<T>::ComputeLiveUloads(std::uint64_t secondaryCount) {
 
 template <class T>
 void GroupStatistics<T>::SetStored(HeaderFigures figures) {
-  m_stored = std::move(figures);
+  m_stored.Set(std::move(figures));
   m_hasReadStored = true;
 }
 

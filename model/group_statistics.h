@@ -2,9 +2,10 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "groupfiles/figure_rows.h"
+#include "groupfiles/kept_figures.h"
 
 namespace Sumara {
 
@@ -21,13 +22,14 @@ enum class StatisticKind : std::int32_t { kMaxTime = 0, kMinTime = 1, kMean = 2 
 /// figures closes up over the series that have no data: the values of a later series stand at an
 /// earlier place.
 ///
-/// Of the header, its text is kept, and the rows that are asked for are converted.
+/// Of the header, its text is kept, within a bound for all groups, and the rows that are asked for
+/// are converted. A header that was rewritten since its text was given up is read anew.
 template <class T>
 class GroupStatistics {
  public:
   using Uloads = std::vector<std::vector<T>>;
 
-  explicit GroupStatistics(const IGroup& group) : m_group(group) {}
+  explicit GroupStatistics(IGroup& group) : m_group(group) {}
 
   /// \throws CException 45, 51, 124, 46, 40
   void CheckAvailable(std::uint64_t secondary) const;
@@ -66,15 +68,16 @@ class GroupStatistics {
   void SetStored(HeaderFigures figures);
   bool HasReadStored() const { return m_hasReadStored; }
   /// Whether the header held a block for this secondary index.
-  bool HasStored(std::uint64_t secondary) const { return secondary < m_stored.rows.BlockCount(); }
+  bool HasStored(std::uint64_t secondary) const { return secondary < m_stored.Rows().BlockCount(); }
 
  private:
   [[noreturn]] void FailWithoutStored() const;
   bool IsAllInMemory(std::uint64_t secondary) const;
   bool IsOfOneLength(std::uint64_t secondary) const;
-  bool AnswersFromStored(std::uint64_t secondary, bool preferComputed) const;
+  bool AnswersFromStored(std::uint64_t secondary, bool preferComputed);
+  void RestoreStored();
   bool IsLive(std::uint64_t secondary, bool preferComputed) const;
-  const Uloads& StoredUloads(std::uint64_t secondary);
+  const Uloads& StoredUloads(std::uint64_t secondary, std::string_view text);
   const Uloads& ComputedUloads(std::uint64_t secondary);
   T ValueIn(const Uloads& rows, std::uint64_t row, std::uint64_t column) const;
   T ValueAtExtreme(std::uint64_t series, Extreme extreme, std::uint64_t column,
@@ -82,8 +85,8 @@ class GroupStatistics {
   double MeanAt(std::uint64_t place, std::uint64_t secondary) const;
   double FigureOf(ISeries& series, StatisticKind kind, std::uint64_t secondary) const;
 
-  const IGroup& m_group;
-  HeaderFigures m_stored;
+  IGroup& m_group;
+  KeptFigures m_stored;
   bool m_hasReadStored = false;
   std::vector<double> m_line;  ///< the answer to the last request for one
   Uloads m_uloads;             ///< the same

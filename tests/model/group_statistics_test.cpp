@@ -1,5 +1,6 @@
 #include "model/group_statistics.h"
 
+#include "groupfiles/kept_data.h"
 #include "model/group_writer.h"
 #include "tests/model/make_groups.h"
 #include "tests/model/run_fixture.h"
@@ -8,6 +9,7 @@
 namespace {
 
 using Sumara::CGroup1D;
+using Sumara::KeptData;
 using Sumara::PreviewMode;
 using Sumara::StatisticKind;
 using testing_support::Add;
@@ -315,6 +317,84 @@ TEST_F(StoredStatisticsTest, GroupWithoutBlocksIsComputedFromWhatItHas) {
   const GroupPtr group = Load({"My"});
   m_control.EnsureStoredStatistics(group);
   EXPECT_EQ(StatisticsOf(group).GetMeans(0, true), (std::vector<double>{3, 0}));
+}
+
+/// Figures of groups from disk whose text is given up after each request.
+class GivenUpStatisticsTest : public StoredStatisticsTest {
+ protected:
+  GivenUpStatisticsTest() { KeptData::SetLimit(0); }
+  ~GivenUpStatisticsTest() override { KeptData::SetLimit(KeptData::kDefaultLimit); }
+
+  void Rewrite(const std::string& names, const std::string& means) {
+    std::vector<std::string> block = StatisticsBlock();
+    block.back() = "MEAN " + means;
+    HeaderText header = HeaderText::OneAxis().With("VARIAB", names);
+    for (const std::string& line : block) header.Append({line});
+    WriteHeader(header);
+  }
+};
+
+TEST_F(StoredStatisticsTest, TextOfAHeaderCountsAmongWhatIsKept) {
+  WriteOneAxisWithBlock();
+  const std::uint64_t before = KeptData::Total();
+  std::uint64_t size = 0;
+  for (const std::string& line : StatisticsBlock()) size += line.size() + 1;
+  GroupPtr preview = Get(PreviewMode::kWithStatistics);
+  StatisticsOf(preview).GetMeans(0, true);
+  EXPECT_EQ(KeptData::Total(), before + size);
+  preview.reset();
+  m_control.RemoveGroup(Header(), PreviewMode::kWithStatistics, /*keepReader=*/false);
+  EXPECT_EQ(KeptData::Total(), before);
+}
+
+TEST_F(GivenUpStatisticsTest, TextIsReadAgain) {
+  WriteOneAxisWithBlock();
+  const GroupPtr preview = Get(PreviewMode::kWithStatistics);
+  auto& statistics = StatisticsOf(preview);
+  for (const bool preferComputed : {true, false}) {
+    EXPECT_EQ(KeptData::Total(), 0u);
+    EXPECT_EQ(statistics.GetMeans(0, preferComputed), m_storedMeans);
+    EXPECT_EQ(statistics.GetUloads(0, preferComputed)[1], (std::vector<float>{-9, 2.5}));
+    EXPECT_EQ(statistics.Get(StatisticKind::kMean, "My", 0, preferComputed), -0.25);
+    EXPECT_EQ(statistics.GetUload(0, Sumara::Extreme::kMaximum, 1, 0), 1.5f);
+  }
+}
+
+TEST_F(GivenUpStatisticsTest, HeaderThatWasRewrittenIsReadAnew) {
+  WriteOneAxisWithBlock();
+  const GroupPtr preview = Get(PreviewMode::kWithStatistics);
+  EXPECT_EQ(StatisticsOf(preview).GetMeans(0, true), m_storedMeans);
+  Rewrite("'Mx' 'My'", "10.125 20.25");
+  EXPECT_EQ(StatisticsOf(preview).GetMeans(0, true), (std::vector<double>{10.125, 20.25}));
+}
+
+TEST_F(GivenUpStatisticsTest, HeaderThatNowHasOtherVariablesGivesNone) {
+  WriteOneAxisWithBlock();
+  const GroupPtr preview = Get(PreviewMode::kWithStatistics);
+  Rewrite("'My' 'Mx'", "10.125 20.25");
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(MessageOf([&] { StatisticsOf(preview).GetMeans(0, true); }), NoStats());
+}
+
+TEST_F(GivenUpStatisticsTest, DataAnswersWhereTheHeaderHasLostItsBlocks) {
+  WriteOneAxisWithBlock();
+  const GroupPtr group = Load({"My"});
+  m_control.EnsureStoredStatistics(group);
+  EXPECT_EQ(StatisticsOf(group).GetMeans(0, true), m_storedMeans);
+  WriteHeader(HeaderText::OneAxis());
+  EXPECT_EQ(StatisticsOf(group).GetMeans(0, true), (std::vector<double>{3, 0}));
+}
+
+TEST_F(GivenUpStatisticsTest, HeaderThatIsGoneIsToldEachTimeUntilItIsBack) {
+  WriteOneAxisWithBlock();
+  const GroupPtr preview = Get(PreviewMode::kWithStatistics);
+  std::filesystem::remove(Header());
+  for (int i = 0; i < 2; ++i) {
+    const std::string failure = MessageOf([&] { StatisticsOf(preview).GetMeans(0, true); });
+    EXPECT_NE(failure.find(Header()), std::string::npos) << failure;
+  }
+  WriteOneAxisWithBlock();
+  EXPECT_EQ(StatisticsOf(preview).GetMeans(0, true), m_storedMeans);
 }
 
 TEST_F(StoredStatisticsTest, BlocksOfTwoAxes) {
