@@ -126,9 +126,9 @@ class BlockFinder {
 
   bool Find() {
     if (!FindUloads()) return false;
-    FindLine("MAXTIME", 120);
-    FindLine("MINTIME", 121);
-    FindLine("MEAN", 122);
+    FindFigureLine("MAXTIME", 120);
+    FindFigureLine("MINTIME", 121);
+    FindFigureLine("MEAN", 122);
     return true;
   }
 
@@ -136,8 +136,8 @@ class BlockFinder {
 
  private:
   bool FindUloads();
-  void FindLine(const char* label, std::int32_t code);
-  void Add(std::string_view values, std::int32_t code) {
+  void FindFigureLine(const char* label, std::int32_t code);
+  void AddFigures(std::string_view values, std::int32_t code) {
     if (CountTokens(values) != m_rows.variableCount) throw BlockFailure(code);
     m_rows.places.push_back(PlaceOf(m_header, values));
   }
@@ -164,19 +164,19 @@ bool BlockFinder::FindUloads() {
   do {
     // The first row has told that the file holds as many values: twice the number is no overflow.
     if (count / 2 >= m_rows.variableCount) throw BlockFailure(119);
-    Add(values, 119);
+    AddFigures(values, 119);
     ++count;
   } while (m_cursor.TakeContinuation(values));
   if (count != 2 * m_rows.variableCount) throw BlockFailure(119);
   return true;
 }
 
-void BlockFinder::FindLine(const char* label, std::int32_t code) {
+void BlockFinder::FindFigureLine(const char* label, std::int32_t code) {
   std::string_view found;
   std::string_view values;
   switch (m_cursor.LookFor(label, found, values)) {
     case Look::kFound:
-      return Add(values, code);
+      return AddFigures(values, code);
     case Look::kBlank:
       throw BlockFailure(code, UnreadableLine(label, {}, m_path).what());
     case Look::kOther:

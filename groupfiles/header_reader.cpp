@@ -94,7 +94,7 @@ std::vector<std::string> CHeaderReader::QuotedList(const std::string& value,
   return items;
 }
 
-double CHeaderReader::Number(const char* label, std::int32_t code) {
+double CHeaderReader::NumberField(const char* label, std::int32_t code) {
   const std::string value = Field(label, code, /*continuation=*/false);
   std::string_view text = value;
   double number = 0.0;
@@ -166,8 +166,8 @@ void CHeaderReader::ReadAxisValues(AxisDescription& axis) {
       axis.labels = QuotedList(Field("AXITICK", 109), 110);
       break;
     case AxisMethod::kInterval:
-      axis.minimum = Number("MIN", 111);
-      axis.step = Number("STEP", 112);
+      axis.minimum = NumberField("MIN", 111);
+      axis.step = NumberField("STEP", 112);
       break;
     case AxisMethod::kValues: {
       const std::string value = Field("AXIVAL", 107);

@@ -42,7 +42,7 @@ class CHeaderReader : public CReader<float, float> {
   std::string Field(const char* label, std::int32_t code, bool continuation = true);
   std::string QuotedField(const char* label, std::int32_t code);
   std::vector<std::string> QuotedList(const std::string& value, std::int32_t code) const;
-  double Number(const char* label, std::int32_t code);
+  double NumberField(const char* label, std::int32_t code);
   std::uint64_t ReadHeaderRecordCount();
   void ReadAxisValues(AxisDescription& axis);
 };
