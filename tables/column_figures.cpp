@@ -135,10 +135,12 @@ void ColumnFigures<T>::AddSlice(const ValueBlock<T>& slice, std::size_t firstCol
         column.count > 0 ? column.mean : static_cast<double>(slice.values[c * slice.apart]);
   }
   sums.AddRows(slice);
-  const auto rowOf = [&](std::size_t c, T value) {
+  // The first of equal values, itself: zeros have a sign, which the lanes do not heed.
+  const auto take = [&](std::size_t c, T value, double& extreme, std::int64_t& row) {
     std::size_t r = 0;
     while (slice.values[r * slice.pitch + c * slice.apart] != value) ++r;
-    return static_cast<std::int64_t>(firstRow + r * step);
+    extreme = static_cast<double>(slice.values[r * slice.pitch + c * slice.apart]);
+    row = static_cast<std::int64_t>(firstRow + r * step);
   };
   for (std::size_t c = 0; c < slice.columns; ++c) {
     Column& column = m_columns[firstColumn + c];
@@ -148,12 +150,10 @@ void ColumnFigures<T>::AddSlice(const ValueBlock<T>& slice, std::size_t firstCol
     const auto lowest = static_cast<double>(sums.lowest[c]);
     const auto highest = static_cast<double>(sums.highest[c]);
     if (column.minimumRow < 0 || lowest < column.minimum) {
-      column.minimum = lowest;
-      column.minimumRow = rowOf(c, sums.lowest[c]);
+      take(c, sums.lowest[c], column.minimum, column.minimumRow);
     }
     if (column.maximumRow < 0 || highest > column.maximum) {
-      column.maximum = highest;
-      column.maximumRow = rowOf(c, sums.highest[c]);
+      take(c, sums.highest[c], column.maximum, column.maximumRow);
     }
     Join(column, sums, c);
   }
