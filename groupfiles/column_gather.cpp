@@ -68,8 +68,8 @@ class Tile {
     for (std::size_t c = 0; c < width; ++c) {
       const Stretch own = StretchOf(block, plan, first + c, rows);
       common = {std::max(common.begin, own.begin), std::min(common.end, own.end)};
-      m_offsets[c] = static_cast<std::size_t>(plan.bases[first + c] - plan.bases[first]);
-      m_adjacent = m_adjacent && m_offsets[c] == c;
+      m_offsets[c] = static_cast<std::ptrdiff_t>(plan.bases[first + c] - plan.bases[first]);
+      m_adjacent = m_adjacent && m_offsets[c] == static_cast<std::ptrdiff_t>(c);
     }
     common.end = std::max(common.begin, common.end);
     // At the ends of a block some columns have a row more than others.
@@ -102,13 +102,13 @@ class Tile {
     }
     for (std::size_t i = 0; i < count; ++i, at += step) {
       for (std::size_t c = 0; c < width; ++c) {
-        m_values[c][i] = ConvertElement<U>(words[at + m_offsets[c]]);
+        m_values[c][i] = ConvertElement<U>(words[static_cast<std::ptrdiff_t>(at) + m_offsets[c]]);
       }
     }
   }
 
   std::array<std::array<U, kRows + kPadding>, kWidth> m_values;
-  std::array<std::size_t, kWidth> m_offsets{};  // wrap round for columns in falling order
+  std::array<std::ptrdiff_t, kWidth> m_offsets{};  // below 0 for columns in falling order
   bool m_adjacent = true;
 };
 

@@ -103,10 +103,10 @@ std::uint64_t CountTokens(std::string_view text) {
   std::uint64_t count = IsSpace(text.front()) ? 0 : 1;
   std::size_t at = 1;
   for (; text.size() - at >= kBlock; at += kBlock) {
-    const char* const block = text.data() + at;
+    const char* const block = text.data() + (at - 1);  // from the character before
     std::uint8_t ofBlock = 0;
     for (std::size_t i = 0; i < kBlock; ++i) {
-      ofBlock = static_cast<std::uint8_t>(ofBlock + BeginsValue(block[i - 1], block[i]));
+      ofBlock = static_cast<std::uint8_t>(ofBlock + BeginsValue(block[i], block[i + 1]));
     }
     count += ofBlock;
   }

@@ -54,7 +54,7 @@ Selection Chosen(const GroupTable& table, std::uint64_t rows, ByteSource& source
   const auto& dimensions = table.Dimensions();
   const std::uint64_t variables =
       std::min<std::uint64_t>({dimensions.front(), table.Variables().size(), kMostPositions});
-  const std::uint64_t secondary = dimensions.size() > 2 ? dimensions[1] : 1;
+  const std::uint64_t secondary = table.Axes().size() > 1 ? dimensions[1] : 1;
   Selection selection;
   if (variables == 0 || secondary == 0) return selection;
   selection.secondary.emplace();
