@@ -75,7 +75,10 @@ def stubbed(stub: Path) -> ast.Module:
 
 def test_stub_of_the_extension_names_what_it_exports() -> None:
     names = set()
-    for node in stubbed(STUBS.parents[1] / "_TabulonAPI_Python.pyi").body:
+    # Installed it is a package of stubs; in a build tree it lies beside the module.
+    places = ("_TabulonAPI_Python-stubs/__init__.pyi", "_TabulonAPI_Python.pyi")
+    stub = next(path for place in places if (path := STUBS.parents[1] / place).exists())
+    for node in stubbed(stub).body:
         if isinstance(node, ast.FunctionDef):
             names.add(node.name)
         elif isinstance(node, ast.AnnAssign):
