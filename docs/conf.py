@@ -20,6 +20,7 @@ release = re.search(
 version = release
 
 extensions = [
+    "command_reference",
     "cpp_reference",
     "flat_reference",
     "myst_nb",

@@ -11,6 +11,7 @@ from collections.abc import Iterator
 from dataclasses import dataclass, field
 from pathlib import Path
 
+from pages import write_page
 from sphinx.application import Sphinx
 
 #: Page, its heading, and the headers that it is made of.
@@ -182,11 +183,7 @@ def write_pages(app: Sphinx) -> None:
             for stem in (f"{folder}/{h}" if folder else h for h in headers.split())
             if (path := source.parent / f"{stem}.h").exists()
         ]
-        target = source / "reference" / "generated" / f"{name}.md"
-        target.parent.mkdir(parents=True, exist_ok=True)
-        text = "\n".join(page(heading, found))
-        if not target.exists() or target.read_text() != text:
-            target.write_text(text)
+        write_page(source, name, "\n".join(page(heading, found)))
 
 
 def setup(app: Sphinx) -> dict[str, bool]:

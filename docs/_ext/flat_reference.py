@@ -6,6 +6,7 @@ import ast
 from collections import defaultdict
 from pathlib import Path
 
+from pages import write_page
 from sphinx.application import Sphinx
 
 STUBS = (
@@ -34,21 +35,21 @@ def signatures(stub: Path) -> dict[str, list[str]]:
     return found
 
 
-def write_page(app: Sphinx) -> None:
-    """Write the page where it has changed."""
-    source = Path(app.srcdir)
+def page(source: Path) -> str:
+    """Return the text of the page."""
     stub = next(path for name in STUBS if (path := source.parent / name).exists())
     lines = ["# Functions of the flat module\n"]
     for family, calls in sorted(signatures(stub).items()):
         lines += [f"## `{family}`\n", "```python", *calls, "```\n"]
-    target = source / "reference" / "generated" / "flat.md"
-    target.parent.mkdir(parents=True, exist_ok=True)
-    text = "\n".join(lines)
-    if not target.exists() or target.read_text() != text:
-        target.write_text(text)
+    return "\n".join(lines)
+
+
+def write(app: Sphinx) -> None:
+    """Write the page where it has changed."""
+    write_page(Path(app.srcdir), "flat", page(Path(app.srcdir)))
 
 
 def setup(app: Sphinx) -> dict[str, bool]:
     """Have the page written before it is read."""
-    app.connect("builder-inited", write_page)
+    app.connect("builder-inited", write)
     return {"parallel_read_safe": True}

@@ -1,16 +1,42 @@
-"""The documents tell the truth: their sessions run, and print what they say."""
+"""The documents tell the truth: what they show is run, and prints what they say."""
 
 from __future__ import annotations
 
 import doctest
 import re
 import runpy
+import shlex
+import subprocess
 import sys
 from pathlib import Path
+from types import ModuleType
 
 import pytest
+import tabulon as tb
 
 ROOT = Path(__file__).resolve().parents[2]
+DOCS = ROOT / "docs"
+GUIDE = [*DOCS.joinpath("guide").glob("*.md"), DOCS / "campaigns.md", DOCS / "api.md"]
+EXACT_BUT_FOR_PATHS = doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE
+
+
+def blocks(page: Path, kind: str) -> list[str]:
+    """The blocks of a kind on a page."""
+    text = page.read_text(encoding="utf-8")
+    return re.findall(rf"^```{kind}\n(.*?)^```$", text, flags=re.MULTILINE | re.DOTALL)
+
+
+SESSIONS = {str(page.relative_to(DOCS)): page for page in GUIDE if blocks(page, "pycon")}
+
+
+def command_reference() -> ModuleType:
+    """What makes the reference of the command line."""
+    sys.path.insert(0, str(DOCS / "_ext"))
+    try:
+        import command_reference as found
+    finally:
+        sys.path.pop(0)
+    return found
 
 
 @pytest.fixture
@@ -21,20 +47,54 @@ def project(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> Path:
     return tmp_path
 
 
-@pytest.mark.parametrize("page", ["python.md", "api.md"])
+@pytest.mark.parametrize("page", SESSIONS)
 def test_sessions_of_a_page(page: str, project: Path) -> None:
-    text = ROOT.joinpath("docs", page).read_text(encoding="utf-8")
-    sessions = re.sub(r"^```.*$", "", text, flags=re.MULTILINE)
-    test = doctest.DocTestParser().get_doctest(sessions, {}, page, f"docs/{page}", 0)
-    assert len(test.examples) > 40
+    sessions = "\n\n".join(blocks(SESSIONS[page], "pycon"))
+    test = doctest.DocTestParser().get_doctest(
+        sessions, {"__name__": "__main__"}, page, f"docs/{page}", 0
+    )
+    assert len(test.examples) > 6
     report: list[str] = []
-    result = doctest.DocTestRunner().run(test, out=report.append)
-    assert result.failed == 0, "".join(report)
+    runner = doctest.DocTestRunner(optionflags=EXACT_BUT_FOR_PATHS)
+    assert runner.run(test, out=report.append).failed == 0, "".join(report)
+
+
+def test_commands_of_the_page_on_the_command_line(project: Path) -> None:
+    session = "".join(blocks(DOCS / "guide" / "command_line.md", "console"))
+    steps = re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", session, flags=re.MULTILINE)
+    assert len(steps) > 10
+    python = shlex.quote(sys.executable)
+    for line, wanted in steps:
+        command = re.sub(r"\bpython -c", f"{python} -c", line)
+        command = re.sub(r"^tabulon ", f"{python} -m tabulon ", command)
+        done = subprocess.run(
+            command, shell=True, text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT
+        )
+        same = doctest.OutputChecker().check_output(wanted, done.stdout, EXACT_BUT_FOR_PATHS)
+        assert same, f"$ {line}\n{done.stdout}"
+
+
+def test_each_name_stands_on_a_task_page_and_in_the_reference() -> None:
+    guide = "\n".join(page.read_text(encoding="utf-8") for page in GUIDE)
+    reference = (DOCS / "reference" / "tabulon.md").read_text(encoding="utf-8")
+    missing = [name for name in tb.__all__ if not re.search(rf"\b{name}\b", guide)]
+    assert missing == []
+    listed = re.findall(r"^\.\. (?!currentmodule)\w+:: (\w+)$", reference, flags=re.MULTILINE)
+    assert sorted(listed) == sorted(tb.__all__)
+
+
+def test_each_command_stands_on_the_task_page_and_in_the_reference() -> None:
+    pytest.importorskip("typer")
+    guide = (DOCS / "guide" / "command_line.md").read_text(encoding="utf-8")
+    reference = command_reference().page()
+    commands = re.findall(r"^## (\w+)$", reference, flags=re.MULTILINE)
+    assert {"ls", "stats", "watch"} <= set(commands)
+    assert [name for name in commands if f"$ tabulon {name} " not in guide] == []
+    assert "| `--figures` | Which figures. Default: `min,max,mean,std`. |" in reference
 
 
 def test_quick_start(project: Path, capsys: pytest.CaptureFixture[str]) -> None:
-    text = ROOT.joinpath("README.md").read_text(encoding="utf-8")
-    code = "".join(re.findall(r"^```python\n(.*?)^```$", text, flags=re.MULTILINE | re.DOTALL))
+    code = "".join(blocks(ROOT / "README.md", "python"))
     exec(compile(code, "README.md", "exec"), {})
     printed = capsys.readouterr().out
     assert printed.startswith("Run powprod_12ms\n")
