@@ -30,18 +30,19 @@ def with_extras(test: Callable[[], None]) -> Callable[[], None]:
 
 
 def command(*arguments: str) -> subprocess.CompletedProcess[str]:
-    """Run the command line."""
-    return subprocess.run(
-        [sys.executable, "-m", "tabulon", *arguments], capture_output=True, text=True, check=False
-    )
+    """Run the command line as it is installed."""
+    program = Path(sys.executable).with_name("tabulon")
+    return subprocess.run([program, *arguments], capture_output=True, text=True, check=False)
 
 
 @check
 def the_package_is_installed_and_not_a_source_tree() -> None:
+    import numpy as np
     import tabulon as tb
 
     assert "site-packages" in tb.__file__
     assert tb.__version__.count(".") >= 2
+    print(f"tabulon {tb.__version__}, NumPy {np.__version__}, CPython {sys.version.split()[0]}")
 
 
 @check
@@ -114,6 +115,18 @@ def the_command_line_knows_the_sample() -> None:
     done = command("stats", sample, "Rotor speed", "--json")
     assert done.returncode == 0, done.stderr
     assert json.loads(done.stdout)["unit"] == "rad/s"
+
+
+@with_extras
+def the_command_line_plots_the_sample() -> None:
+    import tabulon as tb
+
+    with tempfile.TemporaryDirectory() as directory:
+        picture = Path(directory) / "speed.png"
+        sample = os.fspath(tb.sample("idling_live"))
+        done = command("plot", sample, "Rotor speed", "--unit", "rpm", "-o", os.fspath(picture))
+        assert done.returncode == 0, done.stderr
+        assert picture.read_bytes().startswith(b"\x89PNG")
 
 
 @with_extras
