@@ -2,12 +2,16 @@
 
 from __future__ import annotations
 
+import os
+import subprocess
+import sys
+from collections.abc import Callable
 from pathlib import Path
 
 import fixtures
 import numpy as np
 import tabulon as tb
-from harness import Pair, Place, each, limit, row
+from harness import ROUNDS, Pair, Place, each, limit, row, seconds_of
 
 from rows.formats import same_data
 from rows.reading import WIDE
@@ -100,6 +104,35 @@ def one_row(place: Place) -> Pair:
         peer=peer,
         equal=lambda mine, theirs: mine == theirs,
     )
+
+
+def interpreter(*arguments: str) -> Callable[[], int]:
+    """Return a call of an interpreter, which finds things compiled as an installed package does."""
+    compiled = {"PYTHONDONTWRITEBYTECODE": "", "PYTHONPATH": os.pathsep.join(sys.path)}
+    command = [sys.executable, *arguments]
+
+    def call() -> int:
+        done = subprocess.run(
+            command, stdout=subprocess.DEVNULL, check=True, env={**os.environ, **compiled}
+        )
+        return done.returncode
+
+    return call
+
+
+@row("package", "import of runs and campaigns", against="import of NumPy", target=1.3)
+def imports(place: Place) -> Pair:
+    """Start an interpreter for the package."""
+    names = "import tabulon; tabulon.open_run, tabulon.open_campaign"
+    return Pair(interpreter("-c", names), interpreter("-c", "import numpy"), int.__eq__)
+
+
+@limit("package", "tabulon --help", target=300.0, unit="ms")
+def help_text(place: Place) -> float:
+    """Start the command line."""
+    call = interpreter("-m", "tabulon", "--help")
+    call()
+    return min(seconds_of(call) for _ in range(ROUNDS)) * 1e3
 
 
 @limit("package", 'run["x"] of a run that is known', target=2.0, unit="us")

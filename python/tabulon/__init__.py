@@ -12,29 +12,25 @@ Nothing is set for the process, and nothing is changed in place: arrays are read
 told of a file is what stands there. The library word for word is ``tabulon.api``.
 """
 
-from importlib import import_module
 from typing import TYPE_CHECKING
 
-from tabulon._campaign import Campaign, Unreadable, open_campaign
-from tabulon._errors import (
-    AmbiguousNameError,
-    DataError,
-    NameNotFoundError,
-    RunNotFoundError,
-    TabulonError,
-)
-from tabulon._group import Group, Variable
-from tabulon._native import Rows
-from tabulon._results import Results
-from tabulon._run import Run, open_run
-from tabulon._sample import sample
-from tabulon._shapes import Axis, Problem
-from tabulon._vocabulary import CalculationType, CompletionState
-
 if TYPE_CHECKING:
-    from types import ModuleType
-
     from tabulon import api as api
+    from tabulon._campaign import Campaign, Unreadable, open_campaign
+    from tabulon._errors import (
+        AmbiguousNameError,
+        DataError,
+        NameNotFoundError,
+        RunNotFoundError,
+        TabulonError,
+    )
+    from tabulon._group import Group, Variable
+    from tabulon._native import Rows
+    from tabulon._results import Results
+    from tabulon._run import Run, open_run
+    from tabulon._sample import sample
+    from tabulon._shapes import Axis, Problem
+    from tabulon._vocabulary import CalculationType, CompletionState
 
 __all__ = [
     "AmbiguousNameError",
@@ -62,25 +58,38 @@ __all__ = [
 
 __version__: str
 
-# Tracebacks and pickles say where a name is found, not where it is written.
-for _name in __all__:
-    if isinstance(globals().get(_name), type) or callable(globals().get(_name)):
-        globals()[_name].__module__ = __name__
-del _name
+# Where the names are written. What a module imports of these stands before it, so that looking for
+# a name along the row costs what its own module does.
+_ROW = ("errors", "vocabulary", "sample", "shapes", "native", "group", "run", "results", "campaign")
+
+if not TYPE_CHECKING:  # which knows the names, and would believe any other
+
+    def __getattr__(name: str) -> object:
+        """Import a name when it is first asked for: `import tabulon` takes no time by itself."""
+        if name not in __all__:
+            raise AttributeError(f"module 'tabulon' has no attribute {name!r}")
+        found = globals()[name] = _found(name)
+        return found
 
 
-def __getattr__(name: str) -> "ModuleType | str":
-    """Import what most scripts do not use when it is asked for."""
+def _found(name: str) -> object:
+    from importlib import import_module
+
     if name == "api":
         return import_module("tabulon.api")
     if name == "__version__":
-        from importlib.metadata import PackageNotFoundError, version
+        return _version()
+    modules = (import_module(f"tabulon._{module}") for module in _ROW)
+    return next(getattr(module, name) for module in modules if name in module.__all__)
 
-        try:
-            return version("tabulon")
-        except PackageNotFoundError:  # a build tree
-            return "0+unknown"
-    raise AttributeError(f"module 'tabulon' has no attribute {name!r}")
+
+def _version() -> str:
+    from importlib.metadata import PackageNotFoundError, version
+
+    try:
+        return version("tabulon")
+    except PackageNotFoundError:  # a build tree
+        return "0+unknown"
 
 
 def __dir__() -> list[str]:

@@ -19,6 +19,7 @@ from tabulon._figures import Figure, bounds_of_run, figure_name, figures_of_run,
 from tabulon._native import RunFiles
 from tabulon._natural import in_natural_order
 from tabulon._parallel import Failure, Outcome, Progress, failure_of, outcomes
+from tabulon._public import public
 from tabulon._results import Results, failure_record
 from tabulon._run import Run, StrPath, VariableName, run_of_files
 from tabulon._vocabulary import CalculationType, CompletionState
@@ -32,6 +33,7 @@ __all__ = ["Campaign", "Unreadable", "open_campaign"]
 _SHOWN = 10  # runs at either end of a table
 
 
+@public
 class Unreadable(NamedTuple):
     """A directory that could not be read."""
 
@@ -41,6 +43,7 @@ class Unreadable(NamedTuple):
     """Why not."""
 
 
+@public
 def open_campaign(
     *roots: StrPath, name: str = "*", regex: str | None = None, recursive: bool = True
 ) -> Campaign:
@@ -143,6 +146,7 @@ def _name_test(name: str, regex: str | None) -> Callable[[str], object]:
 _Kept: TypeAlias = "tuple[str, RunFiles | _native.RunRecord | None]"
 
 
+@public
 class Campaign(Sequence[Run]):
     """Many runs, in the natural order of their paths: ``run2`` stands before ``run10``.
 

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+from tabulon._public import public
+
 __all__ = [
     "AmbiguousNameError",
     "DataError",
@@ -11,6 +13,7 @@ __all__ = [
 ]
 
 
+@public
 class TabulonError(RuntimeError):
     """What the package refuses, or cannot read.
 
@@ -46,6 +49,7 @@ class TabulonError(RuntimeError):
         return str(self.args[0])  # a KeyError would print it in quotes
 
 
+@public
 class RunNotFoundError(TabulonError, FileNotFoundError):
     """There is no such run, or no such directory. Also a ``FileNotFoundError``."""
 
@@ -55,13 +59,16 @@ class RunNotFoundError(TabulonError, FileNotFoundError):
         return FileNotFoundError.__new__(cls, *texts)
 
 
+@public
 class NameNotFoundError(TabulonError, KeyError):
     """There is no group, variable, label or axis value of that name. Also a ``KeyError``."""
 
 
+@public
 class AmbiguousNameError(TabulonError, KeyError):
     """A name stands for more than one thing; the text tells how to say which. A ``KeyError``."""
 
 
+@public
 class DataError(TabulonError, ValueError):
     """Files or data that are damaged, cut off, or do not go together. Also a ``ValueError``."""

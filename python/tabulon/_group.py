@@ -21,6 +21,7 @@ from tabulon._axes import (
 from tabulon._errors import AmbiguousNameError, NameNotFoundError
 from tabulon._names import Names, did_you_mean
 from tabulon._native import Rows
+from tabulon._public import public
 from tabulon._shapes import Axis, Description, Section
 from tabulon._slices import parts_of
 from tabulon._units import Conversion, conversion, readable, spelled
@@ -80,6 +81,7 @@ class GroupOwner(Protocol):
         """Return what tells the run from others, also after its files changed."""
 
 
+@public
 class Group(Mapping[str, "Variable"]):
     """A group of a run: a table of variables over one or two axes, by name.
 
@@ -345,6 +347,7 @@ class Group(Mapping[str, "Variable"]):
         }
 
 
+@public
 class Variable:
     """A variable of a group.
 

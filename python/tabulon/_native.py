@@ -12,6 +12,7 @@ from numpy.typing import NDArray
 
 from tabulon import _tables
 from tabulon._errors import DataError, RunNotFoundError, TabulonError
+from tabulon._public import public
 from tabulon._tables import (
     LABEL_AXIS,
     VALUE_AXIS,
@@ -54,6 +55,7 @@ _ROWS_ARE_MISSING = 25
 _NO_DIRECTORY = 139
 
 
+@public
 class Rows(NamedTuple):
     """How many rows a group should have, and how many whole ones its data file holds."""
 

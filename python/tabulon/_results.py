@@ -8,6 +8,7 @@ from typing import TYPE_CHECKING, Any
 from tabulon._errors import NameNotFoundError
 from tabulon._optional import require
 from tabulon._parallel import Failure, Outcome
+from tabulon._public import public
 from tabulon._run import Run
 
 if TYPE_CHECKING:
@@ -26,6 +27,7 @@ def failure_record(run: Run, failure: Failure) -> dict[str, str]:
     }
 
 
+@public
 class Results(Mapping[Run, Any]):
     """The values that a function gave of the runs of a campaign, by run, in the campaign's order.
 

@@ -21,6 +21,7 @@ from tabulon._errors import (
 )
 from tabulon._group import Group, Variable, read_together
 from tabulon._names import Names, did_you_mean, quoted
+from tabulon._public import public
 from tabulon._shapes import Description, Problem
 from tabulon._vocabulary import CalculationType, CompletionState
 
@@ -36,6 +37,7 @@ VariableName: TypeAlias = "str | tuple[str | int, str]"
 _TERMINATION, _MESSAGES, _VERIFICATION = ".$TE", ".$ME", ".$VE"
 
 
+@public
 def open_run(path: StrPath, name: str | None = None, *, partial: bool = False) -> Run:
     """Return a run.
 
@@ -95,6 +97,7 @@ class _Contents(NamedTuple):
     variables: dict[str, list[tuple[int, str]]]
 
 
+@public
 class Run:
     """A run of the simulator: what it is, how it ended, and its groups of variables.
 

@@ -6,12 +6,14 @@ from pathlib import Path
 
 from tabulon._errors import NameNotFoundError
 from tabulon._names import did_you_mean, quoted
+from tabulon._public import public
 
 __all__ = ["sample"]
 
 _SAMPLES = Path(__file__).with_name("_samples")
 
 
+@public
 def sample(name: str) -> Path:
     """Return the path of a small run that comes with the package, without extension.
 

@@ -7,9 +7,12 @@ from typing import Any, NamedTuple, Protocol
 import numpy as np
 from numpy.typing import NDArray
 
+from tabulon._public import public
+
 __all__ = ["Axis", "Description", "Problem", "ReadVariable", "Section"]
 
 
+@public
 class Axis(NamedTuple):
     """What a variable is seen against.
 
@@ -84,6 +87,7 @@ class Description(NamedTuple):
     sections: tuple[Section, ...]
 
 
+@public
 class Problem(NamedTuple):
     """Something that is wrong with the files of a run, as ``Run.check`` tells it."""
 

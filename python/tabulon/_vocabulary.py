@@ -7,6 +7,8 @@ from __future__ import annotations
 
 from enum import IntEnum
 
+from tabulon._public import public
+
 __all__ = [
     "CalculationType",
     "CompletionState",
@@ -24,6 +26,7 @@ class _Word(IntEnum):
         return f"{type(self).__name__}.{self.name}"
 
 
+@public
 class CompletionState(_Word):
     """How a run ended.
 
@@ -46,6 +49,7 @@ class CompletionState(_Word):
     Aborted = 4
 
 
+@public
 class CalculationType(_Word):
     """The calculation that produced a run.
 

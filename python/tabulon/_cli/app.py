@@ -21,6 +21,7 @@ app = typer.Typer(
     help="Results of wind-turbine simulation runs.",
     no_args_is_help=True,
     pretty_exceptions_enable=False,
+    rich_markup_mode=None,  # help and errors as plain text: boxes cost 0.15 s, and break names
     context_settings={"help_option_names": ["-h", "--help"]},
 )
 

@@ -8,10 +8,9 @@ from typing import Annotated, Any
 
 import typer
 
-from tabulon._campaign import open_campaign
+import tabulon as tb
 from tabulon._cli.show import end, names_of
 from tabulon._optional import require
-from tabulon._run import Run, open_run
 
 __all__ = ["catalogue", "export", "plot"]
 
@@ -28,7 +27,7 @@ def plot(
     """Plot variables of a run into a picture."""
     if output.suffix.lower() not in (".png", ".svg"):
         raise typer.BadParameter(f"{output} is neither .png nor .svg")
-    opened = open_run(run)
+    opened = tb.open_run(run)
     found = [opened[key] for key in names_of(variables)]
     matplotlib = require("matplotlib", "plot")
     matplotlib.use("Agg")
@@ -48,14 +47,14 @@ def export(
     variables: Some = None,
 ) -> None:
     """Write variables of a run in another format."""
-    opened = open_run(run)
+    opened = tb.open_run(run)
     write = {".parquet": _parquet, ".csv": _csv, ".nc": _netcdf}.get(file.suffix.lower())
     if write is None:
         raise typer.BadParameter(f"{file} is neither .parquet nor .nc nor .csv")
     write(opened, variables, file)
 
 
-def _frame(run: Run, variables: list[str] | None) -> Any:  # noqa: ANN401 - a DataFrame
+def _frame(run: tb.Run, variables: list[str] | None) -> Any:  # noqa: ANN401 - a DataFrame
     keys: list[Any] = names_of(variables) if variables else []
     if not keys:
         keys = [(group.number, name) for group in run.groups.values() for name in group]
@@ -69,18 +68,18 @@ def _column(name: Any) -> str:  # noqa: ANN401 - a name, or several
     return " ".join(str(part) for part in parts if part is not None and str(part))
 
 
-def _parquet(run: Run, variables: list[str] | None, file: Path) -> None:
+def _parquet(run: tb.Run, variables: list[str] | None, file: Path) -> None:
     require("pyarrow", "parquet")
     frame = _frame(run, variables)
     frame.attrs = {}  # what Parquet cannot hold
     frame.to_parquet(file)
 
 
-def _csv(run: Run, variables: list[str] | None, file: Path) -> None:
+def _csv(run: tb.Run, variables: list[str] | None, file: Path) -> None:
     _frame(run, variables).to_csv(file)
 
 
-def _netcdf(run: Run, variables: list[str] | None, file: Path) -> None:
+def _netcdf(run: tb.Run, variables: list[str] | None, file: Path) -> None:
     require("h5netcdf", "netcdf")
     if variables:
         xarray = require("xarray", "xarray")
@@ -100,9 +99,9 @@ def catalogue(
 ) -> None:
     """Write a catalogue of the runs below a directory."""
     if refresh and file.exists():
-        campaign = open_campaign(file).refresh()
+        campaign = tb.open_campaign(file).refresh()
     else:
-        campaign = open_campaign(directory, name=name)
+        campaign = tb.open_campaign(directory, name=name)
     campaign.save(file)
     print(f"{len(campaign):,} runs in {file}", file=sys.stderr)
     for one in campaign.unreadable:

@@ -55,7 +55,7 @@ def extremes(
     verify: Verify = True,
     as_json: Json = False,
 ) -> None:
-    """Tell the largest and smallest values over all runs, and where they stand."""
+    """Tell the extremes over all runs, and where they stand."""
     with without_warnings():
         table = runs_of([path], name).extremes(
             names_of(variables), names_of(also or []), verify=verify

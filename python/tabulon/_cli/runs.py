@@ -9,11 +9,9 @@ from typing import Annotated, Any
 
 import typer
 
+import tabulon as tb
 from tabulon._cli.show import Json, end, runs_of, show
-from tabulon._errors import DataError
 from tabulon._names import did_you_mean
-from tabulon._run import Run, open_run
-from tabulon._vocabulary import CompletionState
 
 __all__ = ["check", "info", "ls", "watch"]
 
@@ -31,7 +29,7 @@ def ls(
     """List runs: how they ended, and what they calculate."""
     campaign = runs_of(paths, name)
     if state:
-        known = {one.name.casefold(): one for one in CompletionState if one >= -1}
+        known = {one.name.casefold(): one for one in tb.CompletionState if one >= -1}
         if state.casefold() not in known:
             hint = did_you_mean(state, [one.name for one in known.values()])
             raise typer.BadParameter(f"no state {state!r}{hint}")
@@ -44,7 +42,7 @@ def ls(
 
 def info(run: OneRun, as_json: Json = False) -> None:
     """Tell what a run is, and list its groups and variables."""
-    opened = open_run(run)
+    opened = tb.open_run(run)
     contents = opened._read()
     if as_json:
         show(_variables_of(opened), as_json=True)
@@ -53,7 +51,7 @@ def info(run: OneRun, as_json: Json = False) -> None:
     end(contents.damaged)
 
 
-def _variables_of(run: Run) -> list[dict[str, Any]]:
+def _variables_of(run: tb.Run) -> list[dict[str, Any]]:
     return [
         {
             "run": run.name,
@@ -70,9 +68,9 @@ def _variables_of(run: Run) -> list[dict[str, Any]]:
 
 
 def check(paths: Paths, name: Name = "*", as_json: Json = False) -> None:
-    """Check the files of runs: what is missing, cut off, damaged, or contradicts itself."""
+    """Check files: what is missing, cut off, or contradicts itself."""
     campaign = runs_of(paths, name)
-    found = campaign.map(Run.check)
+    found = campaign.map(tb.Run.check)
     records: list[dict[str, Any]] = []
     for run, problems in found.items():
         records += [{"run": run.name, **problem._asdict()} for problem in problems]
@@ -97,7 +95,7 @@ def watch(
     first: tuple[float, int] | None = None
     count = 0
     while True:
-        opened = open_run(run, partial=True)
+        opened = tb.open_run(run, partial=True)
         record, rows = _look(opened, first)
         first = first or (time.monotonic(), rows)
         if as_json:
@@ -110,16 +108,16 @@ def watch(
                 flush=True,
             )
         count += 1
-        if opened.state != CompletionState.InProgress or count == looks:
+        if opened.state != tb.CompletionState.InProgress or count == looks:
             return
         time.sleep(interval)
 
 
-def _look(run: Run, first: tuple[float, int] | None) -> tuple[dict[str, Any], int]:
+def _look(run: tb.Run, first: tuple[float, int] | None) -> tuple[dict[str, Any], int]:
     """Return what is told of a run now, and its rows."""
     groups = list(run.groups.values())
     if not groups:
-        raise DataError(f"{run.path} has no groups yet", path=run.path)
+        raise tb.DataError(f"{run.path} has no groups yet", path=run.path)
     # The longest group, and of these the one that has come least far.
     rows = max((group.rows for group in groups), key=lambda one: (one.expected, -one.found))
     rate = 0.0

@@ -13,12 +13,12 @@ from typing import TYPE_CHECKING, Annotated, Any
 
 import typer
 
-from tabulon._campaign import Campaign, open_campaign
-from tabulon._errors import NameNotFoundError
-from tabulon._run import VariableName, open_run
+import tabulon as tb
 
 if TYPE_CHECKING:
     import pandas as pd
+
+    from tabulon._run import VariableName
 
 __all__ = [
     "BROKEN",
@@ -37,17 +37,17 @@ BROKEN = 1
 Json = Annotated[bool, typer.Option("--json", help="A JSON object a line.")]
 
 
-def runs_of(paths: Sequence[Path], name: str = "*") -> Campaign:
+def runs_of(paths: Sequence[Path], name: str = "*") -> tb.Campaign:
     """Return the runs that paths stand for: directories, a catalogue, or single runs."""
     folders = [path for path in paths if path.is_dir()]
     if len(folders) == len(paths) or (len(paths) == 1 and path_of_catalogue(paths[0])):
-        return open_campaign(*paths, name=name)
-    kept = [open_run(path) for path in paths if path not in folders]
-    single = Campaign([(run.path, None) for run in kept])
+        return tb.open_campaign(*paths, name=name)
+    kept = [tb.open_run(path) for path in paths if path not in folders]
+    single = tb.Campaign([(run.path, None) for run in kept])
     if not folders:
         return single
-    more = open_campaign(*folders, name=name)
-    return Campaign([*single._plain(), *more._plain()], more.unreadable)
+    more = tb.open_campaign(*folders, name=name)
+    return tb.Campaign([*single._plain(), *more._plain()], more.unreadable)
 
 
 def path_of_catalogue(path: Path) -> bool:
@@ -107,7 +107,7 @@ def tell_failures(failures: Sequence[Mapping[str, str]], records: Sequence[Any])
     if len(failures) > 20:
         print(f"tabulon: and {len(failures) - 20} more failures", file=sys.stderr)
     if failures:
-        unknown = all(failure["error"] == NameNotFoundError.__name__ for failure in failures)
+        unknown = all(failure["error"] == tb.NameNotFoundError.__name__ for failure in failures)
         raise typer.Exit(2 if unknown and not records else BROKEN)
 
 

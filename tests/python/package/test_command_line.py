@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import os
 import subprocess
 import sys
 from pathlib import Path
@@ -165,30 +166,51 @@ def test_watch_tells_rows_and_ends_with_the_run(root: Path) -> None:
     assert tabulon("watch", root / "none").returncode == 1
 
 
-def test_help_imports_no_pandas() -> None:
+COMMANDS = ("ls", "info", "stats", "extremes", "plot", "export", "check", "catalogue", "watch")
+
+
+def loading_nothing(*arguments: str, **environment: str) -> str:
+    """Return what a command writes that needs no package but typer."""
+    heavy = {"numpy", "rich", "pandas", "xarray", "matplotlib", "pyarrow", "dask", "pint", "tqdm"}
     code = (
         "import sys\n"
-        "sys.argv = ['tabulon', '--help']\n"
+        f"sys.argv = {['tabulon', *arguments]!r}\n"
         "from tabulon._cli import main\n"
         "try:\n    main()\n"
-        "except SystemExit as error:\n    assert not error.code\n"
-        "heavy = {'pandas', 'xarray', 'matplotlib', 'pyarrow', 'dask', 'pint'} & set(sys.modules)\n"
-        "assert not heavy, heavy\n"
+        "except SystemExit as error:\n    assert not error.code, error.code\n"
+        f"loaded = {heavy!r} & sys.modules.keys()\n"
+        "assert not loaded, loaded\n"
     )
-    done = subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, check=False)
+    done = subprocess.run(
+        [sys.executable, "-c", code],
+        capture_output=True,
+        text=True,
+        check=False,
+        env={**os.environ, **environment},
+    )
     assert done.returncode == 0, done.stderr
-    for command in (
-        "ls",
-        "info",
-        "stats",
-        "extremes",
-        "plot",
-        "export",
-        "check",
-        "catalogue",
-        "watch",
-    ):
-        assert command in done.stdout
+    return done.stdout
+
+
+def test_help_loads_neither_numpy_nor_rich() -> None:
+    told = loading_nothing("--help")
+    assert "..." not in told.partition("Commands:")[2]
+    for command in COMMANDS:
+        assert command in told
+        assert f"tabulon {command}" in loading_nothing(command, "--help")
+
+
+def test_the_shell_completes_commands_and_options_at_once() -> None:
+    def completed(words: str) -> set[str]:
+        place = str(len(words.split(" ")) - 1)
+        told = loading_nothing(
+            _TABULON_COMPLETE="complete_bash", COMP_WORDS=words, COMP_CWORD=place
+        )
+        return set(told.split())
+
+    assert completed("tabulon ") == set(COMMANDS)
+    assert completed("tabulon ex") == {"extremes", "export"}
+    assert {"--figures", "--json", "--verify"} <= completed("tabulon stats --")
 
 
 def test_without_typer_the_command_line_says_what_to_install() -> None:
@@ -196,8 +218,3 @@ def test_without_typer_the_command_line_says_what_to_install() -> None:
     done = subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, check=False)
     assert done.returncode == 2
     assert done.stderr == 'typer is missing: pip install "tabulon[cli]"\n'
-
-
-def test_the_shell_can_complete_commands() -> None:
-    done = tabulon("--show-completion", "bash")
-    assert "complete" in done.stdout or done.returncode == 0

@@ -6,16 +6,11 @@ import doctest
 import importlib
 import inspect
 import json
-import os
 import pkgutil
-import subprocess
-import sys
-from pathlib import Path
 from types import ModuleType
 
 import pytest
 import tabulon as tb
-from support.memory import SANITIZED
 from support.own_process import answer_of
 
 OPTIONAL = ("pandas", "xarray", "dask", "matplotlib", "pyarrow", "h5netcdf", "h5py", "pint")
@@ -24,6 +19,8 @@ OPTIONAL = (*OPTIONAL, "typer", "rich", "tqdm", "_TabulonAPI_Python")
 
 def modules() -> list[ModuleType]:
     """Return the modules of the package that people use."""
+    for name in tb.__all__:
+        getattr(tb, name)  # the module has it from now on
     found = [tb]
     for info in pkgutil.walk_packages(tb.__path__, "tabulon."):
         if not info.name.startswith(("tabulon.api", "tabulon.__main__")):
@@ -81,11 +78,69 @@ def test_public_members_are_documented() -> None:
                 assert inspect.getdoc(member), f"{cls.__name__}.{name}"
 
 
-def test_import_needs_numpy_alone() -> None:
-    code = "import json, sys, tabulon; print(json.dumps(sorted(sys.modules)))"
-    loaded = answer_of(code)
+def loaded_by(code: str) -> set[str]:
+    """Return the modules that are there after some code, and were not in a bare interpreter."""
+    bare = "import json, sys; before = set(sys.modules); "
+    return set(answer_of(f"{bare}{code}; print(json.dumps(sorted(set(sys.modules) - before)))"))
+
+
+def test_import_loads_nothing_until_a_name_is_asked_for() -> None:
+    loaded = loaded_by("import tabulon; dir(tabulon), tabulon.__version__")
+    assert {name for name in loaded if name.startswith("tabulon")} == {"tabulon"}
+    assert "numpy" not in loaded
+
+
+def test_runs_need_numpy_alone() -> None:
+    loaded = loaded_by("import tabulon; tabulon.open_run, tabulon.sample, tabulon.DataError")
     assert "numpy" in loaded
-    assert not set(OPTIONAL) & set(loaded)
+    assert not {*OPTIONAL, "concurrent.futures", "tabulon._parallel", "tabulon.api"} & loaded
+
+
+def test_campaigns_need_numpy_alone() -> None:
+    loaded = loaded_by("import tabulon; tabulon.open_campaign")
+    assert not {*OPTIONAL, "tabulon._catalogue", "tabulon._export", "tabulon._cli"} & loaded
+
+
+def test_all_names_can_be_imported_at_once() -> None:
+    code = "import json\nfrom tabulon import *\nprint(json.dumps(sorted(globals())))"
+    assert set(tb.__all__) <= set(answer_of(code))
+
+
+def test_a_name_is_the_same_for_all_threads() -> None:
+    code = """
+import json, threading
+import tabulon
+gate, found = threading.Barrier(8), []
+def look(name):
+    gate.wait()
+    found.append((name, getattr(tabulon, name)))
+names = ["open_campaign", "open_run", "Variable", "Results"] * 2
+threads = [threading.Thread(target=look, args=[name]) for name in names]
+[thread.start() for thread in threads]
+[thread.join() for thread in threads]
+assert len(found) == 8
+print(json.dumps(all(getattr(tabulon, name) is thing for name, thing in found)))
+"""
+    assert answer_of(code) is True
+
+
+def test_things_are_of_the_package_also_where_nobody_asked_for_their_names() -> None:
+    code = """
+import json, pickle, tabulon
+run = tabulon.open_run(tabulon.sample("power_curve"))
+try:
+    run["Rotor sped"]
+except KeyError as error:
+    things = [run, run.groups[1], run["Rotor speed"], run.state, run.groups[1].rows, error]
+told = [[type(thing).__module__, type(thing).__name__] for thing in things]
+sent = [pickle.loads(pickle.dumps(thing)) == thing for thing in things[:-1]]
+print(json.dumps([told, sent, pickle.dumps(tabulon.open_run, 0).decode()]))
+"""
+    told, sent, function = answer_of(code)
+    names = ["Run", "Group", "Variable", "CompletionState", "Rows", "NameNotFoundError"]
+    assert told == [["tabulon", name] for name in names]
+    assert all(sent)
+    assert "tabulon\nopen_run" in function
 
 
 def test_subpackage_is_there_when_asked_for() -> None:
@@ -96,30 +151,6 @@ def test_subpackage_is_there_when_asked_for() -> None:
 def test_unknown_attribute_is_told() -> None:
     with pytest.raises(AttributeError, match="module 'tabulon' has no attribute 'get_run'"):
         _ = tb.get_run  # type: ignore[attr-defined]
-
-
-@pytest.mark.skipif(SANITIZED, reason="the sanitizer takes time of its own")
-def test_import_takes_little_more_than_that_of_numpy(tmp_path: Path) -> None:
-    # of the processor, so that what else runs does not count
-    code = "import time; a = time.process_time(); import {}; print(time.process_time() - a)"
-
-    def seconds(module: str) -> float:
-        folder = str(Path(tb.__file__).parents[1])
-        start = f"import sys; sys.path.insert(0, {folder!r}); "
-        command = [sys.executable, "-c", start + code.format(module)]
-        # compiled once, as an installed package is
-        compiled = {"PYTHONPYCACHEPREFIX": str(tmp_path), "PYTHONDONTWRITEBYTECODE": ""}
-        environment = {**os.environ, **compiled}
-        done = subprocess.run(command, check=True, capture_output=True, text=True, env=environment)
-        return float(done.stdout)
-
-    best = {module: seconds(module) for module in ("numpy", "tabulon")}
-    for _ in range(20):
-        for module, least in best.items():
-            best[module] = min(least, seconds(module))
-        if best["tabulon"] <= 1.3 * best["numpy"]:
-            return
-    pytest.fail(f"took {best['tabulon'] / best['numpy']:.2f} times the import of numpy")
 
 
 @pytest.mark.parametrize(
