@@ -11,12 +11,12 @@ namespace {
 
 EntryType FollowLink(const std::string& path, EntryType type) {
   if (type != EntryType::kLink && type != EntryType::kUnknown) return type;
-  const auto [target, error] = Platform::StatusOf(path);
-  if (error != 0 && !Platform::MeansMissing(error)) {
+  const Platform::PathStatus target = Platform::StatusOf(path);
+  if (target.error != 0 && !Platform::MeansMissing(target.error)) {
     throw std::filesystem::filesystem_error("status", path,
-                                            std::error_code(error, std::generic_category()));
+                                            std::error_code(target.error, std::generic_category()));
   }
-  return target;
+  return target.type;
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ int StatusOf(const std::string& path, struct stat& status) {
 PathStatus StatusOf(const std::string& path) {
   struct stat status;
   if (const int error = StatusOf(path, status)) return {EntryType::kUnknown, error};
-  return {TypeOf(status.st_mode), 0};
+  return {TypeOf(status.st_mode), 0, static_cast<std::uint64_t>(status.st_size)};
 }
 
 int LastWrite(const std::string& path, FileTime& time) {

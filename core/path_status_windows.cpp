@@ -31,7 +31,9 @@ int StatusOf(const std::string& path, struct _stat64& status) {
 PathStatus StatusOf(const std::string& path) {
   struct _stat64 status;
   if (const int error = StatusOf(path, status)) return {EntryType::kUnknown, error};
-  if ((status.st_mode & _S_IFMT) == _S_IFREG) return {EntryType::kFile, 0};
+  if ((status.st_mode & _S_IFMT) == _S_IFREG) {
+    return {EntryType::kFile, 0, static_cast<std::uint64_t>(status.st_size)};
+  }
   const bool isDirectory = (status.st_mode & _S_IFMT) == _S_IFDIR;
   return {isDirectory ? EntryType::kDirectory : EntryType::kOther, 0};
 }

@@ -72,9 +72,16 @@ bool Exists(const std::string& path) {
 }
 
 bool IsDirectory(const std::string& path) {
-  const auto [type, error] = Platform::StatusOf(path);
-  if (error == 0 || Platform::MeansMissing(error)) return type == EntryType::kDirectory;
-  throw CIOException(5027, DirectoryContext(path), SystemErrorText(error));
+  const Platform::PathStatus status = Platform::StatusOf(path);
+  if (status.error == 0 || Platform::MeansMissing(status.error)) {
+    return status.type == EntryType::kDirectory;
+  }
+  throw CIOException(5027, DirectoryContext(path), SystemErrorText(status.error));
+}
+
+std::optional<std::uint64_t> FileSize(const std::string& path) {
+  const Platform::PathStatus status = Platform::StatusOf(path);
+  return status.type == EntryType::kFile ? std::optional(status.size) : std::nullopt;
 }
 
 void CreateDirectories(const std::string& path) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,9 @@ bool Exists(const std::string& path);
 
 /// \throws CIOException 5027 if the question cannot be answered.
 bool IsDirectory(const std::string& path);
+
+/// The size in bytes of a file, or nothing where there is none of that name or it cannot be told.
+std::optional<std::uint64_t> FileSize(const std::string& path);
 
 /// Makes the directory and its parents. \throws CIOException 5028.
 void CreateDirectories(const std::string& path);

@@ -14,6 +14,7 @@ namespace Sumara::Platform {
 struct PathStatus {
   EntryType type = EntryType::kUnknown;
   int error = 0;
+  std::uint64_t size = 0;  ///< of a file
 };
 PathStatus StatusOf(const std::string& path);
 

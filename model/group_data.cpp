@@ -1,9 +1,5 @@
 #include "model/group_data.h"
 
-#include <filesystem>
-#include <optional>
-#include <system_error>
-
 #include "core/element_types.h"
 #include "core/error_context.h"
 #include "core/exceptions.h"
@@ -19,15 +15,6 @@ namespace {
 constexpr std::uint64_t kUnquestionedPoints = 1u << 18;
 
 bool IsDataType(std::uint32_t code) { return code >= kFloatCode && code <= kLongCode; }
-
-/// The size of a file, or none where there is no such file.
-std::optional<std::uint64_t> FileSize(const std::string& path) {
-  std::error_code error;
-  const std::string known = SystemPath(path);
-  if (!std::filesystem::is_regular_file(known, error)) return std::nullopt;
-  const std::uint64_t size = std::filesystem::file_size(known, error);
-  return error ? std::nullopt : std::optional(size);
-}
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 
 #include "core/exceptions.h"
 #include "tests/support/message_of.h"
@@ -87,6 +88,14 @@ TEST_F(PathsTest, WhatCannotBeThereIsMissingAndNoError) {
     EXPECT_FALSE(Sumara::Exists(path)) << path;
     EXPECT_FALSE(Sumara::IsDirectory(path)) << path;
   }
+}
+
+TEST_F(PathsTest, FileSizeIsThatOfAFileAndNothingElseHasOne) {
+  EXPECT_EQ(Sumara::FileSize(m_directory.Write("a", "")), 0u);
+  EXPECT_EQ(Sumara::FileSize(m_directory.Write("b", "four")), 4u);
+  EXPECT_EQ(Sumara::FileSize(m_directory.Path()), std::nullopt);
+  EXPECT_EQ(Sumara::FileSize(m_directory.Path("missing")), std::nullopt);
+  EXPECT_EQ(Sumara::FileSize(m_directory.Path("b") + '\0'), std::nullopt);
 }
 
 TEST_F(PathsTest, IsDirectoryIsFalseForAFile) {

@@ -159,8 +159,9 @@ namespace Platform {
 
 PathStatus StatusOf(const std::string& path) {
   if (path == Fuzzing::MemoryFiles::kDirectory) return {EntryType::kDirectory, 0};
-  if (TheDisk().Find(path) == nullptr) return {EntryType::kUnknown, ENOENT};
-  return {EntryType::kFile, 0};
+  const auto file = TheDisk().Find(path);
+  if (file == nullptr) return {EntryType::kUnknown, ENOENT};
+  return {EntryType::kFile, 0, file->bytes.size()};
 }
 
 int LastWrite(const std::string& path, FileTime& time) {
