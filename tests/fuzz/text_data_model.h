@@ -17,9 +17,12 @@
 namespace Fuzzing {
 
 /// The lines of a text file as they are addressed: by a seek while all look alike, else by count.
+/// So is the first jump over several header records.
 class ModelLines {
  public:
-  ModelLines(std::string_view text, const std::vector<std::uint64_t>& dimensions) : m_text(text) {
+  ModelLines(std::string_view text, const std::vector<std::uint64_t>& dimensions,
+             std::uint64_t headerRecords)
+      : m_text(text), m_counted(headerRecords > 1 ? headerRecords : 0) {
     std::string_view first;
     TakeLine(first);
     m_at = 0;
@@ -36,7 +39,8 @@ class ModelLines {
 
   /// The line, if it can be read and is not empty. Lines are asked for in ascending order.
   std::optional<std::string_view> Line(std::uint64_t number) {
-    if (m_isUniform && number <= m_text.size()) SeekLine(number);
+    const bool seeks = m_isUniform && m_number >= m_counted;
+    if (seeks && number <= m_text.size()) SeekLine(number);
     std::string_view line;
     while (m_number < number && m_at < m_text.size()) TakeLine(line);
     if (m_number != number || !TakeLine(line)) return std::nullopt;
@@ -71,6 +75,7 @@ class ModelLines {
   }
 
   std::string_view m_text;
+  std::uint64_t m_counted;  ///< lines at the head, which are gone through one by one
   std::size_t m_at = 0;
   std::uint64_t m_number = 0;
   std::uint64_t m_length = 0;
@@ -94,7 +99,7 @@ bool ReadNumbers(std::string_view line, std::uint64_t count, std::vector<U>& val
 template <class U>
 std::vector<U> ReadByModel(std::string_view text, const std::vector<std::uint64_t>& dimensions,
                            const Sumara::DataLayout& layout) {
-  ModelLines lines(text, dimensions);
+  ModelLines lines(text, dimensions, layout.headerRecords);
   std::vector<U> values;
   for (std::uint64_t first = layout.headerRecords;; first += layout.LinesPerPoint()) {
     const std::size_t complete = values.size();
