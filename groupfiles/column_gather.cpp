@@ -4,14 +4,17 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
 #include "core/prefetch.h"
+#include "core/streaming.h"
 
 namespace Sumara {
 namespace {
 
 constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kPrefetchRows = 16;
+constexpr std::size_t kStreamed = std::size_t{16} << 20;  // more does not stay in a cache
 
 /// The i-th to the last of the wanted rows whose value of a column stands in a block.
 struct Stretch {
@@ -61,10 +64,13 @@ class Tile {
  public:
   static constexpr std::size_t kWidth = kCacheLine / sizeof(T);
 
+  /// \param streams whether runs leave past the caches.
+  explicit Tile(bool streams) : m_streams(streams) {}
+
   void Copy(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t first, std::size_t width,
             const RowRange& rows, std::span<U* const> columns) {
     Stretch common = StretchOf(block, plan, first, rows);
-    m_adjacent = true;
+    m_adjacent = width == kWidth;
     for (std::size_t c = 0; c < width; ++c) {
       const Stretch own = StretchOf(block, plan, first + c, rows);
       common = {std::max(common.begin, own.begin), std::min(common.end, own.end)};
@@ -78,38 +84,75 @@ class Tile {
       CopyColumn(block, plan, c, rows, {own.begin, std::min(own.end, common.begin)}, columns[c]);
       CopyColumn(block, plan, c, rows, {std::max(own.begin, common.end), own.end}, columns[c]);
     }
+    const auto step = static_cast<std::size_t>(rows.step * plan.stride);
     for (std::uint64_t i = common.begin; i < common.end; i += kRows) {
       const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kRows, common.end - i));
-      Turn(PlaceOf(block, plan, first, rows, i), static_cast<std::size_t>(rows.step * plan.stride),
-           width, count);
-      for (std::size_t c = 0; c < width; ++c) {
-        std::memcpy(columns[first + c] + i, m_values[c].data(), count * sizeof(U));
-      }
+      Turn(PlaceOf(block, plan, first, rows, i), step, width, count);
+      for (std::size_t c = 0; c < width; ++c) Deliver(c, count, columns[first + c] + i);
     }
   }
 
  private:
-  static constexpr std::size_t kRows = 128;
-  static constexpr std::size_t kPadding = kCacheLine / sizeof(U);  // the rows apart in the cache
+  static constexpr std::size_t kRows = 256;
+  static constexpr std::size_t kPadding = kCacheLine / sizeof(T);  // the rows apart in the cache
 
   void Turn(const T* words, std::size_t step, std::size_t width, std::size_t count) {
-    std::size_t at = 0;
-    if (m_adjacent && width == kWidth) {
-      for (std::size_t i = 0; i < count; ++i, at += step) {
-        for (std::size_t c = 0; c < kWidth; ++c) m_values[c][i] = ConvertElement<U>(words[at + c]);
-      }
-      return;
-    }
-    for (std::size_t i = 0; i < count; ++i, at += step) {
-      for (std::size_t c = 0; c < width; ++c) {
-        m_values[c][i] = ConvertElement<U>(words[static_cast<std::ptrdiff_t>(at) + m_offsets[c]]);
-      }
+    if (m_adjacent) {
+      TurnRows(words, step, count, kWidth, [](std::size_t c) { return c; });
+    } else {
+      TurnRows(words, step, count, width, [this](std::size_t c) { return m_offsets[c]; });
     }
   }
 
-  std::array<std::array<U, kRows + kPadding>, kWidth> m_values;
+  /// Four rows at a time, whose values of a column are stored at once.
+  template <class Offset>
+  void TurnRows(const T* words, std::size_t step, std::size_t count, std::size_t width,
+                const Offset& offset) {
+    constexpr std::size_t kTogether = 4;
+    std::size_t i = 0;
+    for (; i + kTogether <= count; i += kTogether) {
+      const T* const rows = words + i * step;
+      for (std::size_t c = 0; c < width; ++c) {
+        const T* const values = rows + offset(c);
+        const T four[kTogether] = {values[0], values[step], values[2 * step], values[3 * step]};
+        std::memcpy(m_values[c].data() + i, four, sizeof(four));
+      }
+    }
+    for (; i < count; ++i) {
+      const T* const row = words + i * step;
+      for (std::size_t c = 0; c < width; ++c) m_values[c][i] = row[offset(c)];
+    }
+  }
+
+  void Deliver(std::size_t column, std::size_t count, U* target) {
+    const T* const values = m_values[column].data();
+    if constexpr (std::is_same_v<T, U>) {
+      CopyOut(target, values, count);
+    } else if (m_streams) {
+      std::array<U, kRows> converted;
+      Convert(values, count, converted.data());
+      CopyOut(target, converted.data(), count);
+    } else {
+      Convert(values, count, target);
+    }
+  }
+
+  static void Convert(const T* values, std::size_t count, U* target) {
+    for (std::size_t i = 0; i < count; ++i) target[i] = ConvertElement<U>(values[i]);
+  }
+
+  void CopyOut(U* target, const U* values, std::size_t count) const {
+    if (m_streams) {
+      StreamCopy(target, values, count * sizeof(U));
+    } else {
+      std::memcpy(target, values, count * sizeof(U));
+    }
+  }
+
+  std::array<std::array<T, kRows + kPadding>, kWidth> m_values;
   std::array<std::ptrdiff_t, kWidth> m_offsets{};  // below 0 for columns in falling order
-  bool m_adjacent = true;
+  bool m_adjacent = true;                          ///< of a whole cache line
+  bool m_streams;
 };
 
 }  // namespace
@@ -129,10 +172,12 @@ void GatherColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowR
     CopyColumn(block, plan, 0, rows, StretchOf(block, plan, 0, rows), columns[0]);
     return;
   }
-  Tile<T, U> tile;
+  const bool streams = columns.size() != 0 && rows.count > kStreamed / sizeof(U) / columns.size();
+  Tile<T, U> tile(streams);
   for (std::size_t c = 0; c < columns.size(); c += Tile<T, U>::kWidth) {
     tile.Copy(block, plan, c, std::min(Tile<T, U>::kWidth, columns.size() - c), rows, columns);
   }
+  if (streams) FinishStreaming();
 }
 
 #define TABULON_INSTANTIATE_PAIR(T, U)                                                 \

@@ -90,6 +90,35 @@ TYPED_TEST(ColumnGatherTest, ColumnsOfAnyPlanAndRangeComeFromBlocksOfAnySize) {
   }
 }
 
+/// Gathers columns of which there are more than a cache holds. \return how many values are wrong.
+template <class T, class U>
+std::size_t WrongValuesOfALargeTarget() {
+  ColumnPlan plan{{}, 43};
+  for (std::uint64_t c = 0; c < plan.stride; ++c) plan.bases.push_back(c);
+  // Columns of an odd length begin anywhere in a cache line; what lies behind them stays.
+  const std::uint64_t large = (std::uint64_t{17} << 20) / sizeof(U) / plan.stride;
+  const RowRange rows{2, large | 1, 1};
+  const auto words = Words<T>((rows.count + rows.first) * plan.stride);
+  std::vector<U> room(plan.bases.size() * rows.count + 1, static_cast<U>(kUntouched));
+  std::vector<U*> places;
+  for (std::size_t c = 0; c < plan.bases.size(); ++c) places.push_back(&room[c * rows.count]);
+  Sumara::GatherColumns<T, U>({words, 0}, plan, rows, places);
+  std::size_t wrong = room.back() == static_cast<U>(kUntouched) ? 0 : 1;
+  for (std::size_t c = 0; c < plan.bases.size(); ++c) {
+    for (std::uint64_t i = 0; i < rows.count; ++i) {
+      const T stored = words[plan.bases[c] + (i + rows.first) * plan.stride];
+      wrong += places[c][i] == Sumara::ConvertElement<U>(stored) ? 0u : 1u;
+    }
+  }
+  return wrong;
+}
+
+TEST(ColumnGatherRangeTest, TargetsTooLargeForACacheAreFilled) {
+  EXPECT_EQ((WrongValuesOfALargeTarget<float, float>()), 0u);
+  EXPECT_EQ((WrongValuesOfALargeTarget<short, double>()), 0u);
+  EXPECT_EQ((WrongValuesOfALargeTarget<double, int>()), 0u);
+}
+
 TEST(ColumnGatherRangeTest, RowsThatTheBlockDoesNotHoldStayAsTheyAre) {
   const ColumnPlan plan{{0, 2}, 3};
   const RowRange rows{1, 4, 1};
