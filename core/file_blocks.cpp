@@ -10,20 +10,21 @@ constexpr std::size_t kCachedBlock = std::size_t{256} * 1024;  // stays in the p
 constexpr std::size_t kDistantBlock = std::size_t{1} << 20;
 constexpr std::uint64_t kLeastMapped = 64 * 1024;  // less is read sooner than mapped
 
-std::size_t BlockSize(bool mapped, bool resident, std::uint64_t size, std::size_t most) {
-  std::size_t block = mapped ? kMappedBlock : resident ? kCachedBlock : kDistantBlock;
-  if (most != 0) block = std::min(block, most);
+std::size_t BlockSize(bool mapped, bool resident, std::uint64_t size, std::size_t wanted) {
+  const std::size_t usual = mapped ? kMappedBlock : resident ? kCachedBlock : kDistantBlock;
+  const std::size_t block = wanted != 0 ? wanted : usual;
   return static_cast<std::size_t>(std::min<std::uint64_t>(block, size));
 }
 
 }  // namespace
 
-FileBlocks::FileBlocks(const File& file, std::uint64_t size, std::size_t most)
+FileBlocks::FileBlocks(const File& file, std::uint64_t size, const Use& use)
     : m_file(file),
       m_size(size),
       m_resident(size < kLeastMapped || IsResident(file, size)),
-      m_map(m_resident && size >= kLeastMapped ? FileMap::Of(file, size) : std::nullopt),
-      m_blockSize(BlockSize(m_map.has_value(), m_resident, size, most)) {}
+      m_map(m_resident && size >= kLeastMapped && !use.takesAll ? FileMap::Of(file, size)
+                                                                : std::nullopt),
+      m_blockSize(BlockSize(m_map.has_value(), m_resident, size, use.blockSize)) {}
 
 std::span<const char> FileBlocks::At(std::uint64_t offset) {
   m_error = 0;

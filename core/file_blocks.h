@@ -20,9 +20,15 @@ namespace Sumara {
 /// its own.
 class FileBlocks {
  public:
-  /// The first `size` bytes of `file`, which must stay open as long as this. Blocks have at most
-  /// `most` bytes if that is not 0.
-  FileBlocks(const File& file, std::uint64_t size, std::size_t most = 0);
+  /// What a caller knows of its way through the file.
+  struct Use {
+    std::size_t blockSize = 0;  ///< bytes; 0 leaves it to this class
+    bool takesAll = false;      ///< a copy of each block costs less than looking at all its pages
+  };
+
+  /// The first `size` bytes of `file`, which must stay open as long as this.
+  FileBlocks(const File& file, std::uint64_t size, const Use& use);
+  FileBlocks(const File& file, std::uint64_t size) : FileBlocks(file, size, Use{}) {}
 
   /// The bytes from `offset` up to the end of a block. Fewer than that only at the end of the file
   /// or where it cannot be read; none if there are none. Good until the next call.

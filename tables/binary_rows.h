@@ -1,10 +1,12 @@
 #pragma once
 
 #include <algorithm>
-#include <memory>
+#include <cstdint>
+#include <numeric>
 #include <optional>
 #include <span>
-#include <string>
+#include <type_traits>
+#include <vector>
 
 #include "core/exceptions.h"
 #include "core/file_blocks.h"
@@ -25,18 +27,16 @@ class BinaryRows final : public RowReader<U> {
         m_file(contents.dataPath, static_cast<std::int32_t>(FileMode::kReadBinary)) {
     m_file.Open();
     m_places.stride = std::max<std::uint64_t>(contents.layout.Stride(), 1);
-    for (const WantedColumn& column : plan.columns)
-      m_places.bases.push_back(contents.layout.Base(column.variable, column.secondary));
     if (plan.columns.empty()) return;
-    const auto [least, most] = std::minmax_element(m_places.bases.begin(), m_places.bases.end());
-    m_firstBase = *least;
-    m_lastBase = *most;
-    SetBlockSize(plan.rows.step);
+    SortColumns(plan);
+    m_firstBase = m_places.bases.front();
+    m_lastBase = m_places.bases.back();
+    m_use = UseOf(plan);
   }
 
   bool Restart() override {
     m_lease.reset();
-    m_blocks.emplace(m_file.OpenFile(), m_file.OpenFile().Size(), m_most);
+    m_blocks.emplace(m_file.OpenFile(), m_file.OpenFile().Size(), m_use);
     if (!m_blocks->IsMapped()) m_lease = Sumara::FileLease::Of(m_file.OpenFile());
     return m_blocks->IsMapped() || m_lease;
   }
@@ -44,13 +44,16 @@ class BinaryRows final : public RowReader<U> {
 
   void Read(const Sumara::RowRange& rows, std::span<U* const> columns,
             const StopQuestion& stop) override {
+    std::vector<U*> sorted;
+    sorted.reserve(m_order.size());
+    for (const std::size_t column : m_order) sorted.push_back(columns[column]);
     std::uint64_t next = FirstWord(rows, 0);
     std::uint64_t done = 0;  // rows whose last value lies before `next`
     while (done < rows.count) {
       const std::span<const T> words = Words(next);
       const std::uint64_t end = next + words.size();
       if (words.empty()) throw MissingRow(m_contents, rows.first + done * rows.step);
-      Sumara::GatherColumns<T, U>({words, next}, m_places, rows, columns);
+      Sumara::GatherColumns<T, U>({words, next}, m_places, rows, sorted);
       done = Sumara::RowsBefore(end, m_lastBase, m_places.stride, rows);
       next = done < rows.count ? std::max(end, FirstWord(rows, done)) : end;
       Ask(stop);
@@ -66,13 +69,34 @@ class BinaryRows final : public RowReader<U> {
   }
 
  private:
-  /// Where rows lie far apart, no more is read of each than its columns.
-  void SetBlockSize(std::uint64_t step) {
+  /// Columns that stand beside each other in the file are taken together.
+  void SortColumns(const ReadPlan& plan) {
+    const auto baseOf = [&](std::size_t column) {
+      const WantedColumn& wanted = plan.columns[column];
+      return m_contents.layout.Base(wanted.variable, wanted.secondary);
+    };
+    m_order.resize(plan.columns.size());
+    std::iota(m_order.begin(), m_order.end(), std::size_t{0});
+    std::stable_sort(m_order.begin(), m_order.end(),
+                     [&](std::size_t a, std::size_t b) { return baseOf(a) < baseOf(b); });
+    m_places.bases.reserve(m_order.size());
+    for (const std::size_t column : m_order) m_places.bases.push_back(baseOf(column));
+  }
+
+  /// Where rows lie far apart, no more is read of each than its columns; where most of a row is
+  /// wanted, a block has rows enough for the tiles in which they are turned.
+  Sumara::FileBlocks::Use UseOf(const ReadPlan& plan) const {
     constexpr std::uint64_t kFar = std::uint64_t{128} * 1024;
-    constexpr std::uint64_t kLargest = std::uint64_t{1} << 20;
+    constexpr std::uint64_t kSmall = std::uint64_t{1} << 20;
+    constexpr std::uint64_t kLarge = std::uint64_t{4} << 20;
+    constexpr std::uint64_t kTileRows = 256;
+    const std::uint64_t row = std::min(m_places.stride, kLarge) * sizeof(T);
     const std::uint64_t span = (m_lastBase - m_firstBase + 1) * sizeof(T);
-    const bool far = m_places.stride > kFar / sizeof(T) || step > kFar / m_places.stride;
-    if (far && span <= kLargest) m_most = static_cast<std::size_t>(span);
+    const bool far = row > kFar || plan.rows.step > kFar / m_places.stride;
+    if (far && span <= kSmall) return {static_cast<std::size_t>(span), false};
+    if (plan.rows.step > 1 || plan.columns.size() < m_places.stride / 4) return {};
+    const std::uint64_t rows = std::clamp(kTileRows * row, kSmall, kLarge);
+    return {static_cast<std::size_t>(rows), true};
   }
 
   std::uint64_t FirstWord(const Sumara::RowRange& rows, std::uint64_t i) const {
@@ -89,10 +113,11 @@ class BinaryRows final : public RowReader<U> {
 
   const HeaderContents& m_contents;
   Watched<CReader<float, float>> m_file;
-  Sumara::ColumnPlan m_places;
+  std::vector<std::size_t> m_order;  ///< columns of the plan as they stand in the file
+  Sumara::ColumnPlan m_places;       ///< in that order
   std::uint64_t m_firstBase = 0;
   std::uint64_t m_lastBase = 0;
-  std::size_t m_most = 0;
+  Sumara::FileBlocks::Use m_use;
   std::optional<Sumara::FileBlocks> m_blocks;
   std::optional<Sumara::FileLease> m_lease;  ///< where the blocks have none
 };

@@ -46,13 +46,21 @@ class FileBlocksTest : public ::testing::Test {
 TEST_F(FileBlocksTest, BlocksInOrderAreTheFile) {
   for (const std::size_t size : {1u, 4096u, 70001u, 5000003u}) {
     Write(size);
-    for (const std::size_t most : {0u, 100000u, 7u}) {
-      if (most == 7 && size > 70001) continue;
-      FileBlocks blocks(m_file, size, most);
-      EXPECT_EQ(All(blocks), m_bytes);
-      EXPECT_EQ(blocks.Error(), 0);
+    for (const std::size_t blockSize : {0u, 100000u, 7u}) {
+      if (blockSize == 7 && size > 70001) continue;
+      for (const bool takesAll : {false, true}) {
+        FileBlocks blocks(m_file, size, {blockSize, takesAll});
+        EXPECT_EQ(All(blocks), m_bytes);
+        EXPECT_EQ(blocks.Error(), 0);
+      }
     }
   }
+}
+
+TEST_F(FileBlocksTest, WhatIsTakenWholeIsCopied) {
+  Write(5000003);
+  FileBlocks blocks(m_file, m_bytes.size(), {0, true});
+  EXPECT_FALSE(blocks.IsMapped());
 }
 
 TEST_F(FileBlocksTest, BlocksBeginAnywhere) {

@@ -150,6 +150,36 @@ TEST_F(TableTest, ColumnsComeInTheOrderAskedFor) {
   EXPECT_EQ(ValuesOf<int>(Table(), selection), (std::vector<int>{11, 23, 11, 23, 7, 19}));
 }
 
+TEST_F(TableTest, MostColumnsOfAGroupOfManyBlocksComeInAnyOrder) {
+  constexpr std::size_t kRows = 60'001;
+  constexpr std::size_t kVariables = 37;
+  std::string names;
+  std::string quantities;
+  for (std::size_t v = 0; v < kVariables; ++v) {
+    names += " v" + std::to_string(v);
+    quantities += " FL";
+  }
+  WriteHeader(HeaderText::OneAxis()
+                  .With("FORMAT", "I*2")
+                  .With("DIMENS", std::to_string(kVariables) + "\t" + std::to_string(kRows))
+                  .With("VARIAB", names)
+                  .With("VARUNIT", quantities));
+  std::vector<std::int16_t> words(kRows * kVariables);
+  for (std::size_t i = 0; i < words.size(); ++i) words[i] = static_cast<std::int16_t>(i * 7);
+  WriteWords(words);
+  Selection selection;
+  for (std::size_t i = 0; i < kVariables; ++i) selection.variables.push_back(i * 10 % kVariables);
+  selection.variables.push_back(3);
+  const auto values = ValuesOf<double>(Table(), selection);
+  ASSERT_EQ(values.size(), selection.variables.size() * kRows);
+  std::size_t wrong = 0;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const std::size_t v = selection.variables[i / kRows];
+    wrong += values[i] == words[i % kRows * kVariables + v] ? 0u : 1u;
+  }
+  EXPECT_EQ(wrong, 0u);
+}
+
 TEST_F(TableTest, TextReadsAsTheTypeAskedFor) {
   WriteHeader(HeaderText::OneAxis().With("ACCESS", "S"));
   WriteText("0.1 2\n3e1 4\n5 6\n");
