@@ -77,6 +77,11 @@ html_title = "Tabulon"
 html_static_path = ["_static"]
 html_css_files = ["tabulon.css"]
 html_show_sourcelink = False
+# Pages that stand alone have nothing to navigate beside them.
+html_sidebars = {
+    page: []
+    for page in ("start", "format", "architecture", "testing", "promises", "changelog", "genindex")
+}
 html_theme_options = {
     "show_prev_next": True,
     "navigation_with_keys": False,

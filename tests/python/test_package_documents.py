@@ -93,6 +93,17 @@ def test_each_command_stands_on_the_task_page_and_in_the_reference() -> None:
     assert "| `--figures` | Which figures. Default: `min,max,mean,std`. |" in reference
 
 
+@pytest.mark.parametrize("page", ["promises.md", "testing.md"])
+def test_what_a_page_names_as_proof_is_there(page: str) -> None:
+    text = (DOCS / page).read_text(encoding="utf-8")
+    tests = {path.name for path in (ROOT / "tests").rglob("test_*.py")}
+    named = set(re.findall(r"`(?:\w+/)*(test_\w+\.py)", text))
+    assert len(named) > 5
+    assert named - tests == set()
+    scripts = set(re.findall(r"`(scripts/[\w-]+)", text))
+    assert [name for name in scripts if not (ROOT / name).exists()] == []
+
+
 def test_quick_start(project: Path, capsys: pytest.CaptureFixture[str]) -> None:
     code = "".join(blocks(ROOT / "README.md", "python"))
     exec(compile(code, "README.md", "exec"), {})
