@@ -535,11 +535,21 @@ class Run:
             in_groups = quoted([contents.groups[number].name for number, _ in found])
             text = f"{key!r} is a variable of groups {in_groups}; write {' or '.join(pairs)}"
             raise AmbiguousNameError(text, path=self._path)
-        hint = did_you_mean(key, contents.variables)
+        hint = self._other_meaning(contents, key) or did_you_mean(key, contents.variables)
         if contents.damaged:
             files = ", ".join(str(error.path) for error in contents.damaged.values())
             hint += f"; headers that could not be read: {files}"
         raise NameNotFoundError(f"no variable {key!r}{hint}", path=self._path)
+
+    def _other_meaning(self, contents: _Contents, key: str) -> str:
+        """Return what to write for a name that is that of a group or of an axis."""
+        for group in contents.groups.values():
+            if group.name.casefold() == key.casefold():
+                return f"; it is a group: run.groups[{group.name!r}]"
+            for axis, dim in zip(group._axis_infos, group._dims, strict=True):
+                if key.casefold() in (axis.name.casefold(), dim):
+                    return f"; it is an axis: run.groups[{group.name!r}].coords[{dim!r}]"
+        return ""
 
     def _any_case(self, contents: _Contents) -> Iterator[tuple[str, int, str]]:
         for name, places in contents.variables.items():

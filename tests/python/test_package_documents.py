@@ -108,9 +108,10 @@ def test_quick_start(project: Path, capsys: pytest.CaptureFixture[str]) -> None:
     code = "".join(blocks(ROOT / "README.md", "python"))
     exec(compile(code, "README.md", "exec"), {})
     printed = capsys.readouterr().out
-    assert printed.startswith("Run powprod_12ms\n")
-    assert "[3929140. 3959560. 3990750.] W\n" in printed
-    assert "Rotor speed         1.160459e+01" in printed
+    assert printed.startswith("Run idling_live\n")
+    assert "[0.0455921 0.0455479 0.0455069] rad/s\n" in printed
+    assert "Hub wind speed    6.608" in printed
+    assert "power_curve" in printed
 
 
 @pytest.mark.parametrize("run", ["powprod_12ms", "power_curve"])

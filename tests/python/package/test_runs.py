@@ -217,6 +217,23 @@ def test_a_miss_suggests(written: Written) -> None:
     assert 5 not in run
 
 
+@pytest.mark.parametrize(
+    ("name", "hint"),
+    [
+        ("summary", "it is a group: run.groups['Summary']"),
+        ("Time", "it is an axis: run.groups['Summary'].coords['time']"),
+        (
+            "distance_along_blade",
+            "it is an axis: run.groups['Blade 1 loads'].coords['distance_along_blade']",
+        ),
+    ],
+)
+def test_a_name_that_is_no_variable_s_says_what_it_is(name: str, hint: str) -> None:
+    with pytest.raises(tb.NameNotFoundError) as caught:
+        tb.open_run(tb.sample("idling_live"))[name]
+    assert str(caught.value) == f"no variable {name!r}; {hint}"
+
+
 def test_variables_by_pattern(written: Written) -> None:
     run = tb.open_run(written(group_1d(), group_2d()))
     assert [v.name for v in run.variables("*moment")] == ["Tower moment", "Blade moment"]
