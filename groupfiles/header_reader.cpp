@@ -219,15 +219,23 @@ HeaderVariables CHeaderReader::ReadVariables() {
 }
 
 HeaderFigures CHeaderReader::ReadFigures(std::uint64_t variableCount, std::uint64_t mostBlocks) {
-  HeaderFigures figures;
-  figures.rows.variableCount = variableCount;
   std::string label;
   // An empty line behind the value before leaves the stream so that nothing is found. Of a header
   // that goes on with other lines the rest is not read.
-  if (!IsGood() || mostBlocks == 0) return figures;
-  if (PeekLabel(label) && !IsFigureLabel(label)) return figures;
+  if (!IsGood() || mostBlocks == 0 || (PeekLabel(label) && !IsFigureLabel(label))) {
+    HeaderFigures none;
+    none.rows.variableCount = variableCount;
+    return none;
+  }
+  return ReadFiguresAt(m_stream.Tell(), variableCount, mostBlocks);
+}
+
+HeaderFigures CHeaderReader::ReadFiguresAt(std::uint64_t position, std::uint64_t variableCount,
+                                           std::uint64_t mostBlocks) {
+  HeaderFigures figures;
+  m_stream.Seek(position);
   figures.file = m_stream.SystemFile().State();
-  figures.start = m_stream.Tell();
+  figures.start = position;
   figures.text = m_stream.ReadRest();
   figures.size = figures.text.size;
   if (m_stream.Bad()) {

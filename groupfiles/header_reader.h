@@ -35,6 +35,11 @@ class CHeaderReader : public CReader<float, float> {
   /// \throws CException as `FindFigureRows`; 119 if the rest of the file cannot be read.
   HeaderFigures ReadFigures(std::uint64_t variableCount, std::uint64_t mostBlocks);
 
+  /// The same of a header whose figures are known to begin at `position` of the file; what stands
+  /// before them is not looked at.
+  HeaderFigures ReadFiguresAt(std::uint64_t position, std::uint64_t variableCount,
+                              std::uint64_t mostBlocks);
+
   HeaderVariables ReadVariables();
 
  private:

@@ -34,11 +34,11 @@ class BinaryRows final : public RowReader<U> {
     m_use = UseOf(plan);
   }
 
-  bool Restart() override {
+  SteadyStart Restart() override {
     m_lease.reset();
     m_blocks.emplace(m_file.OpenFile(), m_file.OpenFile().Size(), m_use);
     if (!m_blocks->IsMapped()) m_lease = Sumara::FileLease::Of(m_file.OpenFile());
-    return m_blocks->IsMapped() || m_lease;
+    return {State(), m_blocks->IsMapped() || m_lease};
   }
   Sumara::FileState State() const override { return m_file.State(); }
 

@@ -88,7 +88,7 @@ const std::vector<std::uint64_t>& GroupTable::Dimensions() const {
 }
 const std::vector<VariableInfo>& GroupTable::Variables() const { return m_contents->variables; }
 const std::vector<AxisInfo>& GroupTable::Axes() const { return m_contents->axes; }
-bool GroupTable::HasFigures() const { return m_contents->hasFigures; }
+bool GroupTable::HasFigures() const { return m_contents->figures.has_value(); }
 
 std::optional<std::uint64_t> GroupTable::DataSize() const {
   try {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/error_context.h"
+#include "core/file_clock.h"
 #include "core/file_lease.h"
 #include "core/paths.h"
 #include "core/text.h"
@@ -22,6 +23,7 @@ namespace {
 using Sumara::AxisDescription;
 using Sumara::AxisMethod;
 using SumaraApi::AxisTypeId;
+using OpenHeader = Watched<Sumara::CHeaderReader>;
 
 AxisTypeId KindOf(AxisMethod method) {
   switch (method) {
@@ -60,15 +62,17 @@ std::vector<VariableInfo> InfosOf(Sumara::HeaderVariables variables) {
   std::vector<VariableInfo> infos;
   infos.reserve(variables.names.size());
   for (std::size_t i = 0; i < variables.names.size(); ++i) {
-    std::string unit = UnitOf(variables.quantities[i]);
-    infos.push_back(
-        {std::move(variables.names[i]), std::move(variables.quantities[i]), std::move(unit)});
+    std::string& quantity = variables.quantities[i];
+    // Neighbours often are of one kind.
+    const bool isAsBefore = i > 0 && quantity == infos.back().quantity;
+    std::string unit = isAsBefore ? infos.back().unit : UnitOf(quantity);
+    infos.push_back({std::move(variables.names[i]), std::move(quantity), std::move(unit)});
   }
   return infos;
 }
 
 /// The fields in the order of the file. \param axis counts the axis blocks that were read.
-void ReadFields(Sumara::CHeaderReader& header, HeaderContents& contents, int& axis) {
+void ReadFields(OpenHeader& header, HeaderContents& contents, int& axis) {
   contents.top = header.ReadTop();
   contents.axes.clear();
   for (axis = 0; axis < static_cast<int>(contents.top.axisCount); ++axis) {
@@ -77,18 +81,27 @@ void ReadFields(Sumara::CHeaderReader& header, HeaderContents& contents, int& ax
   }
   contents.parameters = header.ReadNamedParameters();
   std::string label;
-  contents.hasFigures = header.PeekLabel(label) && label == "ULOADS";
+  contents.figures.reset();
+  if (header.PeekLabel(label) && label == "ULOADS") contents.figures = header.Position();
   contents.variables = InfosOf(header.ReadVariables());
 }
 
-void ReadOpened(Watched<Sumara::CHeaderReader>& header, HeaderContents& contents) {
+void ReadOpened(OpenHeader& header, HeaderContents& contents) {
   int axis = 0;
   try {
     ReadFields(header, contents, axis);
-    contents.file = header.State();
   } catch (const CExceptionBase& failure) {
     throw HeaderFailure(header, failure, axis);
   }
+}
+
+/// Of what may differ while a header grows.
+std::uint64_t FingerprintOfFields(const HeaderContents& contents) {
+  const std::uint64_t figures = contents.figures.value_or(0);
+  std::uint64_t sum = FingerprintOf(&figures, sizeof(figures), contents.variables.size());
+  for (const auto& [name, quantity, unit] : contents.variables)
+    sum = FingerprintOf(name.data(), name.size(), sum);
+  return sum;
 }
 
 }  // namespace
@@ -97,18 +110,21 @@ HeaderContents ReadHeader(const std::string& path) {
   HeaderContents contents;
   contents.path = path;
   contents.number = SumaraApi::HeaderNumberOf(Sumara::ExtensionOf(Sumara::FileNameOf(path)));
-  Watched<Sumara::CHeaderReader> header(path);
+  OpenHeader header(path);
   try {
     std::optional<Sumara::FileLease> lease;
-    const auto start = [&] {
+    const auto start = [&]() -> SteadyStart {
       lease.reset();
       header.Close();
       header.Start();
+      const Sumara::FileState state = header.State();
+      if (!Sumara::ChangedJustNow(state)) return {state};  // a header is read in no time
       lease = Sumara::FileLease::Of(header.OpenFile());
-      return lease.has_value();
+      return {header.State(), lease.has_value()};
     };
-    ReadSteadily(path, {start, [&] { return header.State(); },
-                        [&] { ReadOpened(header, contents); }, [] { return std::uint64_t{0}; }});
+    contents.file = ReadSteadily(
+        path, {start, [&] { return header.State(); }, [&] { ReadOpened(header, contents); },
+               [&] { return FingerprintOfFields(contents); }});
   } catch (const CExceptionBase& failure) {
     throw TableError::Of(failure, path);
   }

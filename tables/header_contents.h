@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,8 @@ struct HeaderContents {
   std::vector<VariableInfo> variables;
   std::vector<AxisInfo> axes;  ///< primary first
   std::vector<std::string> parameters;
-  bool hasFigures = false;
-  Sumara::FileState file;  ///< when it was read
+  std::optional<std::uint64_t> figures;  ///< where they begin in the file, if it has any
+  Sumara::FileState file;                ///< when it was read
 
   std::uint64_t RowsExpected() const { return top.dimensions.back(); }
 };

@@ -104,6 +104,25 @@ void CheckVariables(const HeaderContents& contents, const std::vector<std::size_
   }
 }
 
+/// Reads the header from its figures on: all else is known, as long as nobody wrote to it.
+Sumara::HeaderFigures FiguresOf(const HeaderContents& contents) {
+  Watched<Sumara::CHeaderReader> header(contents.path);
+  const auto checkState = [&] {
+    if (header.State() != contents.file)
+      throw CIOException(5009, contents.path, "The header was written since it was opened");
+  };
+  try {
+    header.Start();
+    checkState();
+    Sumara::HeaderFigures figures = header.ReadFiguresAt(
+        *contents.figures, contents.layout.variables, contents.layout.secondary);
+    checkState();
+    return figures;
+  } catch (const CExceptionBase& failure) {
+    throw HeaderFailure(header, failure, /*axis=*/0);
+  }
+}
+
 }  // namespace
 
 std::optional<StoredFigures> ReadFigures(const HeaderContents& contents,
@@ -111,26 +130,14 @@ std::optional<StoredFigures> ReadFigures(const HeaderContents& contents,
                                          std::optional<std::size_t> at) {
   CheckVariables(contents, variables);
   if (at) CheckVariables(contents, {*at});
-  if (!contents.hasFigures) return std::nullopt;
-  Watched<Sumara::CHeaderReader> header(contents.path);
-  try {
-    header.Start();
-    if (header.State() != contents.file)
-      throw CIOException(5009, contents.path, "The header was written since it was opened");
-    const Sumara::HeaderTop top = header.ReadTop();
-    for (std::uint32_t axis = 0; axis < top.axisCount; ++axis) header.ReadAxis(top, axis + 1);
-    header.ReadNamedParameters();
-    const Sumara::HeaderFigures figures =
-        header.ReadFigures(contents.layout.variables, contents.layout.secondary);
-    return Sumara::VisitElementType(
-        top.dataType,
-        [&](auto tag) {
-          return Taken<typename decltype(tag)::Type>(figures, contents, variables, at);
-        },
-        []() -> std::optional<StoredFigures> { return std::nullopt; });
-  } catch (const CExceptionBase& failure) {
-    throw HeaderFailure(header, failure, /*axis=*/0);
-  }
+  if (!contents.figures) return std::nullopt;
+  const Sumara::HeaderFigures figures = FiguresOf(contents);
+  return Sumara::VisitElementType(
+      contents.top.dataType,
+      [&](auto tag) {
+        return Taken<typename decltype(tag)::Type>(figures, contents, variables, at);
+      },
+      []() -> std::optional<StoredFigures> { return std::nullopt; });
 }
 
 }  // namespace Tabulon

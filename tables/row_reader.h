@@ -7,6 +7,7 @@
 #include "core/file.h"
 #include "groupfiles/column_gather.h"
 #include "tables/read_plan.h"
+#include "tables/steady_read.h"
 #include "tables/table_error.h"
 
 namespace Tabulon {
@@ -17,8 +18,8 @@ class RowReader {
  public:
   virtual ~RowReader() = default;
 
-  /// Goes to the file as it is now. \return whether nobody has it open for writing from now on.
-  virtual bool Restart() = 0;
+  /// Goes to the file as it is now.
+  virtual SteadyStart Restart() = 0;
   virtual Sumara::FileState State() const = 0;
 
   /// Fills `columns[c][i]` with the value of column c in the i-th of `rows`. Rows are asked for in

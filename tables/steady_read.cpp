@@ -11,28 +11,32 @@ namespace {
 
 constexpr int kMostPasses = 5;
 
+/// Whether a change from now on shows in the file's state, or cannot happen.
+bool IsAtRest(const SteadyStart& start) {
+  return start.alone || !Sumara::ChangedJustNow(start.state);
+}
+
 bool OnlyGrew(const Sumara::FileState& before, const Sumara::FileState& after) {
   return after.file == before.file && after.size > before.size;
 }
 
 }  // namespace
 
-void ReadSteadily(const std::string& path, const SteadyPass& steady) {
+Sumara::FileState ReadSteadily(const std::string& path, const SteadyPass& steady) {
   std::optional<std::uint64_t> last;
   for (int attempt = 0; attempt < kMostPasses; ++attempt) {
-    bool atRest = steady.start();
-    Sumara::FileState before = steady.state();
-    if (!atRest && Sumara::ChangedJustNow(before)) {
+    SteadyStart start = steady.start();
+    bool atRest = IsAtRest(start);
+    if (!atRest) {
       Sumara::WaitForFileClock();
-      atRest = steady.start();
-      before = steady.state();
+      start = steady.start();
+      atRest = IsAtRest(start);
     }
-    atRest = atRest || !Sumara::ChangedJustNow(before);
     steady.pass();
     const Sumara::FileState after = steady.state();
-    if (atRest && after == before) return;
+    if (atRest && after == start.state) return after;
     const std::uint64_t fingerprint = steady.fingerprint();
-    if (last == fingerprint && OnlyGrew(before, after)) return;
+    if (last == fingerprint && OnlyGrew(start.state, after)) return after;
     last = fingerprint;
   }
   throw CIOException(5009, path, "The file was written again and again while it was read");

@@ -62,13 +62,14 @@ void TextRows<U>::Want(std::size_t column, const WantedColumn& wanted) {
 }
 
 template <class U>
-bool TextRows<U>::Restart() {
+SteadyStart TextRows<U>::Restart() {
   m_lease.reset();
   m_file.Close();
   m_file.Open();
   m_lease = Sumara::FileLease::Of(m_file.OpenFile());
+  const Sumara::FileState state = State();
   m_file.Prepare();
-  return m_lease.has_value();
+  return {state, m_lease.has_value()};
 }
 
 template <class U>

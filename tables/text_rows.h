@@ -19,7 +19,7 @@ class TextRows final : public RowReader<U> {
  public:
   TextRows(const HeaderContents& contents, const ReadPlan& plan);
 
-  bool Restart() override;
+  SteadyStart Restart() override;
   Sumara::FileState State() const override { return m_file.State(); }
   void Read(const Sumara::RowRange& rows, std::span<U* const> columns,
             const StopQuestion& stop) override;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
+
 #include "core/file.h"
 
 namespace Tabulon {
 
-/// A reader that tells the state of the file that it has open.
+/// A reader that tells the state of the file that it has open, and the place that it has come to.
 template <class Reader>
 class Watched final : public Reader {
  public:
@@ -12,6 +14,8 @@ class Watched final : public Reader {
 
   const Sumara::File& OpenFile() const { return this->m_stream.SystemFile(); }
   Sumara::FileState State() const { return OpenFile().State(); }
+
+  std::uint64_t Position() const { return this->m_stream.Tell(); }
 };
 
 }  // namespace Tabulon
