@@ -3,13 +3,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "core/file_blocks.h"
 #include "core/file_map.h"
+#include "tests/support/other_process.h"
 #include "tests/support/temp_directory.h"
 
 namespace {
@@ -126,9 +126,8 @@ TEST_F(FileMapTest, SmallOrStrangeFilesAreNotResidentOrMapped) {
 }
 
 TEST_F(FileMapTest, FileMayBeCutByAnotherProcessAtAnyTime) {
-  const pid_t child = ::fork();
-  ASSERT_NE(child, -1);
-  if (child == 0) CutAndRestore(Path());
+  const testing_support::OtherProcess other([&] { CutAndRestore(Path()); });
+  ASSERT_TRUE(other.IsThere());
   int mapped = 0;
   for (int round = 0; round < 1000; ++round) {
     File file;
@@ -144,8 +143,6 @@ TEST_F(FileMapTest, FileMayBeCutByAnotherProcessAtAnyTime) {
     }
     ASSERT_EQ(blocks.Error(), 0);
   }
-  ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
   RecordProperty("mapped", mapped);
 }
 

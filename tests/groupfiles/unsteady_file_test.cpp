@@ -1,9 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -12,6 +10,7 @@
 #include "core/paths.h"
 #include "groupfiles/group_data_reader.h"
 #include "tests/groupfiles/data_fixture.h"
+#include "tests/support/other_process.h"
 
 // Data files that change or fail under the reader.
 
@@ -71,9 +70,8 @@ std::string Read(CIOBase& reader, std::size_t variable, bool keepBuffer,
 TEST(UnsteadyFileTest, FileCutByAnotherProcessGivesItsValuesOrTheStatedError) {
   const testing_support::TempDirectory directory;
   const std::string path = directory.WriteWords<float>("data", Words());
-  const pid_t child = ::fork();
-  ASSERT_NE(child, -1);
-  if (child == 0) Disturb(path);
+  const testing_support::OtherProcess other([&] { Disturb(path); });
+  ASSERT_TRUE(other.IsThere());
   int delivered = 0;
   for (int round = 0; round < 500; ++round) {
     const auto reader = Make(path);
@@ -90,8 +88,6 @@ TEST(UnsteadyFileTest, FileCutByAnotherProcessGivesItsValuesOrTheStatedError) {
       }
     }
   }
-  ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
   EXPECT_GT(delivered, 0);
 }
 

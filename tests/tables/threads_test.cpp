@@ -1,5 +1,3 @@
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "tables/run_list.h"
+#include "tests/support/other_process.h"
 #include "tests/tables/table_fixture.h"
 
 namespace Tabulon {
@@ -62,17 +61,10 @@ void WriteFile(const std::string& path, const std::string& data) {
 /// What another program does to the files of runs, again and again, until it is killed.
 class Vandal {
  public:
-  explicit Vandal(std::string directory) : m_directory(std::move(directory)) {
-    m_process = ::fork();
-    if (m_process != 0) return;
-    for (unsigned step = 0;; ++step) Step(step);
-  }
-  ~Vandal() {
-    ::kill(m_process, SIGKILL);
-    ::waitpid(m_process, nullptr, 0);
-  }
-  Vandal(const Vandal&) = delete;
-  Vandal& operator=(const Vandal&) = delete;
+  explicit Vandal(std::string directory)
+      : m_directory(std::move(directory)), m_process([this] {
+          for (unsigned step = 0;; ++step) Step(step);
+        }) {}
 
  private:
   void Step(unsigned step) const {
@@ -106,7 +98,7 @@ class Vandal {
   }
 
   std::string m_directory;
-  pid_t m_process;
+  testing_support::OtherProcess m_process;
 };
 
 class ThreadsTest : public TableTest {
