@@ -44,6 +44,14 @@ nb_execution_raise_on_error = True
 nb_execution_timeout = 300
 nb_merge_streams = True
 
+# Kernels know nothing of who builds: no start-up files, and no word on how they are talked to.
+IPYTHON = HERE.parent / "build" / "docs" / "ipython"
+IPYTHON.joinpath("profile_default").mkdir(parents=True, exist_ok=True)
+IPYTHON.joinpath("profile_default", "ipython_kernel_config.py").write_text(
+    "c.IPKernelApp.log_level = 'ERROR'\n", encoding="utf-8"
+)
+os.environ["IPYTHONDIR"] = str(IPYTHON)
+
 # The reference of the Python packages.
 autodoc_typehints = "none"  # numpydoc sections tell the types
 autodoc_member_order = "bysource"

@@ -129,9 +129,7 @@ class Reader:
         self._comment, self._pending = [], ""
 
     def _keep(self, joined: str, scope: Scope) -> None:
-        declaration = joined
-        if scope.kind != "enum class":
-            declaration = joined.partition("///<")[0].strip()
+        declaration, _, remark = (part.strip() for part in joined.partition("///<"))
         ignored = ("using ", "friend ", "class ", "struct ", "template class", "extern template")
         if not scope.shown or declaration.startswith(ignored) or "= delete" in declaration:
             return
@@ -139,12 +137,12 @@ class Reader:
             return
         if not declaration.startswith("enum class"):
             declaration = re.sub(r"\s*\{.*\}$", ";", declaration)
-        remark = joined.partition("///<")[2].strip() if scope.kind == "struct" else ""
-        comment = self._comment or ([remark] if remark else [])
-        if comment or self._gap or not scope.entries:
-            scope.entries.append(Entry(comment))
+        if self._comment or self._gap or not scope.entries:
+            scope.entries.append(Entry(self._comment))
         self._gap = False
-        scope.entries[-1].declarations.append(declaration)
+        scope.entries[-1].declarations.append(
+            f"{declaration}  // {remark}" if remark else declaration
+        )
 
 
 def prose(comment: list[str]) -> str:
