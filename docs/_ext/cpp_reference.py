@@ -10,9 +10,12 @@ import re
 from collections.abc import Iterator
 from dataclasses import dataclass, field
 from pathlib import Path
+from typing import TYPE_CHECKING
 
 from pages import write_page
-from sphinx.application import Sphinx
+
+if TYPE_CHECKING:
+    from sphinx.application import Sphinx
 
 #: Page, its heading, and the headers that it is made of.
 PAGES = {
@@ -20,12 +23,12 @@ PAGES = {
         "Runs, groups and variables",
         "tabulon_api run group variable variable1d variable2d independent_variable "
         "runs_iterator runs_iterator_regex cache_settings search_settings "
-        "output_group output_group1d output_group2d",
+        "output_group output_group1d output_group2d output_specification types",
         "api",
     ),
     "cpp_tables": (
         "Tables",
-        "group_table selection reduction stored_figures run_list table_error",
+        "group_table selection reduction stored_figures run_list natural_order table_error",
         "tables",
     ),
     "cpp_core": ("Exceptions and enumerations", "core/exceptions vocabulary/enumerations", ""),
@@ -58,7 +61,7 @@ class Reader:
 
     def __init__(self, text: str) -> None:
         self.scopes: list[Scope] = []
-        self.free = Scope("", "Functions", [])
+        self.free = Scope("", "Functions and aliases", [])
         self._stack: list[tuple[Scope | None, int]] = []
         self._depth = 0
         self._comment: list[str] = []

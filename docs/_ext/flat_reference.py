@@ -5,9 +5,12 @@ from __future__ import annotations
 import ast
 from collections import defaultdict
 from pathlib import Path
+from typing import TYPE_CHECKING
 
 from pages import write_page
-from sphinx.application import Sphinx
+
+if TYPE_CHECKING:
+    from sphinx.application import Sphinx
 
 STUBS = (
     "python/_TabulonAPI_Python-stubs/__init__.pyi",

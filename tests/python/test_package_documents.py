@@ -8,6 +8,7 @@ import runpy
 import shlex
 import subprocess
 import sys
+from importlib import import_module
 from pathlib import Path
 from types import ModuleType
 
@@ -29,14 +30,13 @@ def blocks(page: Path, kind: str) -> list[str]:
 SESSIONS = {str(page.relative_to(DOCS)): page for page in GUIDE if blocks(page, "pycon")}
 
 
-def command_reference() -> ModuleType:
-    """What makes the reference of the command line."""
+def extension(name: str) -> ModuleType:
+    """What makes pages of the reference."""
     sys.path.insert(0, str(DOCS / "_ext"))
     try:
-        import command_reference as found
+        return import_module(name)
     finally:
         sys.path.pop(0)
-    return found
 
 
 @pytest.fixture
@@ -86,11 +86,35 @@ def test_each_name_stands_on_a_task_page_and_in_the_reference() -> None:
 def test_each_command_stands_on_the_task_page_and_in_the_reference() -> None:
     pytest.importorskip("typer")
     guide = (DOCS / "guide" / "command_line.md").read_text(encoding="utf-8")
-    reference = command_reference().page()
+    reference = extension("command_reference").page()
     commands = re.findall(r"^## (\w+)$", reference, flags=re.MULTILINE)
     assert {"ls", "stats", "watch"} <= set(commands)
     assert [name for name in commands if f"$ tabulon {name} " not in guide] == []
     assert "| `--figures` | Which figures. Default: `min,max,mean,std`. |" in reference
+
+
+@pytest.mark.parametrize("layer", ["api", "tables"])
+def test_each_public_header_stands_in_the_reference(layer: str) -> None:
+    sources = (ROOT / layer / "CMakeLists.txt").read_text(encoding="utf-8")
+    (listed,) = re.findall(r"^  HEADERS\n((?:    \w+\.h\n)+)", sources, flags=re.MULTILINE)
+    pages = extension("cpp_reference").PAGES.values()
+    told = {name for _, headers, folder in pages if folder == layer for name in headers.split()}
+    assert told == {Path(name).stem for name in listed.split()}
+
+
+def test_a_header_is_told_with_its_comments_and_without_what_is_private(tmp_path: Path) -> None:
+    header = tmp_path / "thing.h"
+    header.write_text(
+        "/// A thing.\nclass Thing {\n public:\n  /// Adds.\n  /// \\throws 5 for none.\n"
+        "  int Add(int a,\n          int b) const { return a + b; }\n"
+        "  int size = 0;  ///< in bytes\n"
+        " private:\n  int m_hidden;\n};\n"
+    )
+    text = "\n".join(extension("cpp_reference").page("Things", [("api/thing", header)]))
+    assert "### class Thing\n\nA thing." in text
+    assert "int Add(int a, int b) const;\nint size = 0;  // in bytes\n" in text
+    assert "Adds.\n\n**Throws** 5 for none." in text
+    assert "hidden" not in text
 
 
 @pytest.mark.parametrize("page", ["promises.md", "testing.md"])
