@@ -22,11 +22,16 @@ namespace Tabulon {
 template <class T, class U>
 class BinaryRows final : public RowReader<U> {
  public:
-  BinaryRows(const HeaderContents& contents, const ReadPlan& plan)
+  explicit BinaryRows(const HeaderContents& contents)
       : m_contents(contents),
         m_file(contents.dataPath, static_cast<std::int32_t>(FileMode::kReadBinary)) {
     m_file.Open();
     m_places.stride = std::max<std::uint64_t>(contents.layout.Stride(), 1);
+  }
+
+  std::uint64_t Size() const override { return m_file.GetLength(); }
+
+  void Take(const ReadPlan& plan) override {
     if (plan.columns.empty()) return;
     SortColumns(plan);
     m_firstBase = m_places.bases.front();

@@ -4,67 +4,14 @@
 #include <utility>
 
 #include "core/exceptions.h"
-#include "core/reader.h"
 #include "tables/failures.h"
+#include "tables/file_plan.h"
 #include "tables/header_contents.h"
 #include "tables/header_figures.h"
-#include "tables/read_plan.h"
+#include "tables/read_rows.h"
 #include "tables/reduce_rows.h"
-#include "tables/row_reader.h"
-#include "tables/steady_read.h"
-#include "tables/text_rows.h"
 
 namespace Tabulon {
-namespace {
-
-/// Bytes of a data file. \throws CIOException 5000, 5007
-std::uint64_t SizeOf(const std::string& path) {
-  CReader<float, float> file(path, static_cast<std::int32_t>(FileMode::kReadBinary));
-  file.Open();
-  return file.GetLength();
-}
-
-Rows CountTextRows(const HeaderContents& contents, const StopQuestion& stop) {
-  TextRows<double> lines(contents, {});  // the type that takes most numbers
-  Rows rows;
-  ReadSteadily(contents.dataPath, {[&] { return lines.Restart(); }, [&] { return lines.State(); },
-                                   [&] { rows = lines.Count(stop); },
-                                   [&] { return 2 * rows.found + (rows.torn ? 1 : 0); }});
-  return rows;
-}
-
-Rows CountRowsOf(const HeaderContents& contents, const StopQuestion& stop) {
-  if (!contents.top.binary) return CountTextRows(contents, stop);
-  const std::uint64_t size = SizeOf(contents.dataPath);
-  const std::uint64_t found = RowsWithin(contents, size);
-  return {contents.RowsExpected(), found, BytesOfRows(contents, found) != size};
-}
-
-/// The plan of a call. \param rows how many the caller has room for, if that decides.
-ReadPlan PlanFor(const HeaderContents& contents, const Selection& selection,
-                 std::optional<std::uint64_t> rows, const StopQuestion& stop) {
-  Selection asked = selection;
-  std::uint64_t limit = contents.RowsExpected();
-  if (!asked.count && limit == 0) {
-    if (rows) {
-      asked.count = rows;
-    } else {
-      limit = CountRowsOf(contents, stop).found;
-    }
-  }
-  const std::uint64_t within = RowsWithin(contents, SizeOf(contents.dataPath));
-  try {
-    return PlanOf(contents, asked, limit, within);
-  } catch (const TableError&) {
-    if (contents.top.binary) throw;
-    // What the size alone refuses is told by the lines that are there.
-    PlanOf(contents, asked, limit, CountRowsOf(contents, stop).found);
-    throw;
-  }
-}
-
-}  // namespace
-
 GroupTable::GroupTable(std::shared_ptr<const Contents> contents)
     : m_contents(std::move(contents)) {}
 
@@ -92,7 +39,7 @@ bool GroupTable::HasFigures() const { return m_contents->figures.has_value(); }
 
 std::optional<std::uint64_t> GroupTable::DataSize() const {
   try {
-    return SizeOf(DataPath());
+    return DataSizeOf(*m_contents);
   } catch (const CIOException& failure) {
     constexpr std::int32_t kMissing = 5000;
     if (failure.ErrorCode() == kMissing) return std::nullopt;
@@ -101,31 +48,31 @@ std::optional<std::uint64_t> GroupTable::DataSize() const {
 }
 
 Rows GroupTable::CountRows(const StopQuestion& stop) const {
-  return AsTableErrors(DataPath(), [&] { return CountRowsOf(*m_contents, stop); });
+  return AsTableErrors(DataPath(),
+                       [&] { return CountRowsOf(*m_contents, DataSizeOf(*m_contents), stop); });
 }
 
 Shape GroupTable::ShapeOf(const Selection& selection, const StopQuestion& stop) const {
-  return AsTableErrors(DataPath(),
-                       [&] { return PlanFor(*m_contents, selection, {}, stop).GetShape(); });
+  return AsTableErrors(DataPath(), [&] {
+    return PlanFor(*m_contents, selection, {}, DataSizeOf(*m_contents), stop).GetShape();
+  });
+}
+
+template <class T>
+void GroupTable::Read(const Selection& selection, const Room<T>& room,
+                      const StopQuestion& stop) const {
+  AsTableErrors(DataPath(), [&] { ReadRows<T>(*m_contents, selection, {}, room, stop); });
 }
 
 template <class T>
 void GroupTable::Read(const Selection& selection, std::span<T* const> columns, std::uint64_t rows,
                       const StopQuestion& stop) const {
-  AsTableErrors(DataPath(), [&] {
-    const ReadPlan plan = PlanFor(*m_contents, selection, rows, stop);
-    if (plan.GetShape() != Shape{columns.size(), static_cast<std::size_t>(rows)})
+  const auto given = [&](const Shape& shape) {
+    if (shape != Shape{columns.size(), static_cast<std::size_t>(rows)})
       throw std::invalid_argument("the target has another shape than what is read");
-    const auto reader = OpenRows<T>(*m_contents, plan);
-    ReadSteadily(DataPath(), {[&] { return reader->Restart(); }, [&] { return reader->State(); },
-                              [&] { reader->Read(plan.rows, columns, stop); },
-                              [&] {
-                                std::uint64_t sum = 0;
-                                for (const T* column : columns)
-                                  sum = FingerprintOf(column, plan.rows.count * sizeof(T), sum);
-                                return sum;
-                              }});
-  });
+    return std::vector<T*>(columns.begin(), columns.end());
+  };
+  AsTableErrors(DataPath(), [&] { ReadRows<T>(*m_contents, selection, rows, given, stop); });
 }
 
 template <class T>
@@ -144,9 +91,7 @@ void GroupTable::Read(const Selection& selection, std::span<T> out,
 }
 
 Reduction GroupTable::Reduce(const Selection& selection, const StopQuestion& stop) const {
-  return AsTableErrors(DataPath(), [&] {
-    return ReduceRows(*m_contents, PlanFor(*m_contents, selection, {}, stop), stop);
-  });
+  return AsTableErrors(DataPath(), [&] { return ReduceRows(*m_contents, selection, stop); });
 }
 
 std::optional<StoredFigures> GroupTable::Figures(const std::vector<std::size_t>& variables,
@@ -157,7 +102,8 @@ std::optional<StoredFigures> GroupTable::Figures(const std::vector<std::size_t>&
 #define TABULON_INSTANTIATE(T)                                                               \
   template void GroupTable::Read(const Selection&, std::span<T>, const StopQuestion&) const; \
   template void GroupTable::Read(const Selection&, std::span<T* const>, std::uint64_t,       \
-                                 const StopQuestion&) const;
+                                 const StopQuestion&) const;                                 \
+  template void GroupTable::Read(const Selection&, const Room<T>&, const StopQuestion&) const;
 TABULON_INSTANTIATE(float)
 TABULON_INSTANTIATE(double)
 TABULON_INSTANTIATE(int)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -41,6 +42,10 @@ struct Rows {
   std::uint64_t found = 0;     ///< whole rows that are there now; more than expected in a long file
   bool torn = false;           ///< something stands behind the last whole row
 };
+
+/// Gives a place for each column, with room for `Shape::rows` values.
+template <class T>
+using Room = std::function<std::vector<T*>(const Shape& shape)>;
 
 /// A group's header as it was at `Open`, and the road to its data file, which each call opens anew.
 ///
@@ -89,6 +94,11 @@ class GroupTable {
   /// \throws as ShapeOf; std::invalid_argument if `out` has another size; Stopped.
   template <class T>
   void Read(const Selection& selection, std::span<T> out, const StopQuestion& stop = {}) const;
+
+  /// The same into memory that is made when the shape is known, so that the file is opened once.
+  /// \throws also what `room` throws
+  template <class T>
+  void Read(const Selection& selection, const Room<T>& room, const StopQuestion& stop = {}) const;
 
   /// The same into columns that need not lie behind each other, each with room for `rows` values.
   template <class T>

@@ -5,6 +5,7 @@
 
 #include "core/element_types.h"
 #include "tables/column_figures.h"
+#include "tables/file_plan.h"
 #include "tables/row_reader.h"
 #include "tables/steady_read.h"
 
@@ -103,8 +104,11 @@ std::uint64_t FingerprintOfFigures(const Reduction& figures) {
 }
 
 template <class U>
-Reduction Reduced(const HeaderContents& contents, const ReadPlan& plan, const StopQuestion& stop) {
-  const auto reader = OpenRows<U>(contents, plan);
+Reduction Reduced(const HeaderContents& contents, const Selection& selection,
+                  const StopQuestion& stop) {
+  const auto reader = OpenRows<U>(contents);
+  const ReadPlan plan = PlanFor(contents, selection, {}, reader->Size(), stop);
+  reader->Take(plan);
   Reduction figures;
   ReadSteadily(contents.dataPath,
                {[&] { return reader->Restart(); }, [&] { return reader->State(); },
@@ -115,15 +119,15 @@ Reduction Reduced(const HeaderContents& contents, const ReadPlan& plan, const St
 
 }  // namespace
 
-Reduction ReduceRows(const HeaderContents& contents, const ReadPlan& plan,
+Reduction ReduceRows(const HeaderContents& contents, const Selection& selection,
                      const StopQuestion& stop) {
   switch (contents.top.dataType) {
     case Sumara::kFloatCode:
-      return Reduced<float>(contents, plan, stop);
+      return Reduced<float>(contents, selection, stop);
     case Sumara::kDoubleCode:
-      return Reduced<double>(contents, plan, stop);
+      return Reduced<double>(contents, selection, stop);
     default:
-      return Reduced<int>(contents, plan, stop);
+      return Reduced<int>(contents, selection, stop);
   }
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "tables/header_contents.h"
-#include "tables/read_plan.h"
 #include "tables/reduction.h"
+#include "tables/selection.h"
 #include "tables/table_error.h"
 
 namespace Tabulon {
 
-/// Reduces the columns of a plan in one pass over the data file. \throws as `GroupTable::Reduce`
-Reduction ReduceRows(const HeaderContents& contents, const ReadPlan& plan,
+/// Reduces a selection in one pass over the data file. \throws as `GroupTable::Reduce`
+Reduction ReduceRows(const HeaderContents& contents, const Selection& selection,
                      const StopQuestion& stop);
 
 }  // namespace Tabulon

@@ -12,11 +12,17 @@
 
 namespace Tabulon {
 
-/// The wanted columns of a data file that is open for one call, delivered as U.
+/// A data file that is open for one call: its wanted columns, delivered as U.
 template <class U>
 class RowReader {
  public:
   virtual ~RowReader() = default;
+
+  /// Bytes of the file when it was opened.
+  virtual std::uint64_t Size() const = 0;
+
+  /// Tells which columns are wanted, before anything is read.
+  virtual void Take(const ReadPlan& plan) = 0;
 
   /// Goes to the file as it is now.
   virtual SteadyStart Restart() = 0;
@@ -35,6 +41,6 @@ class RowReader {
 
 /// Opens the data file. \throws CIOException 5000, 5007
 template <class U>
-std::unique_ptr<RowReader<U>> OpenRows(const HeaderContents& contents, const ReadPlan& plan);
+std::unique_ptr<RowReader<U>> OpenRows(const HeaderContents& contents);
 
 }  // namespace Tabulon

@@ -34,11 +34,16 @@ TableError BadRow(const HeaderContents& contents, std::uint64_t row, std::string
 }  // namespace
 
 template <class U>
-TextRows<U>::TextRows(const HeaderContents& contents, const ReadPlan& plan)
+TextRows<U>::TextRows(const HeaderContents& contents)
     : m_contents(contents),
       m_file(contents.dataPath, static_cast<std::int32_t>(FileMode::kReadTextData)) {
   m_file.SetDimensions(Sumara::DataDimensions(contents.top.dimensions, contents.top.axisCount));
   m_file.SetHeaderRecordCount(contents.layout.headerRecords);
+  m_file.Open();
+}
+
+template <class U>
+void TextRows<U>::Take(const ReadPlan& plan) {
   for (std::size_t c = 0; c < plan.columns.size(); ++c) Want(c, plan.columns[c]);
   for (WantedLine& line : m_lines) {
     std::vector<std::size_t> order(line.places.size());
@@ -64,8 +69,11 @@ void TextRows<U>::Want(std::size_t column, const WantedColumn& wanted) {
 template <class U>
 SteadyStart TextRows<U>::Restart() {
   m_lease.reset();
-  m_file.Close();
-  m_file.Open();
+  if (!m_isFresh) {
+    m_file.Close();
+    m_file.Open();
+  }
+  m_isFresh = false;
   m_lease = Sumara::FileLease::Of(m_file.OpenFile());
   const Sumara::FileState state = State();
   m_file.Prepare();

@@ -17,8 +17,10 @@ namespace Tabulon {
 template <class U>
 class TextRows final : public RowReader<U> {
  public:
-  TextRows(const HeaderContents& contents, const ReadPlan& plan);
+  explicit TextRows(const HeaderContents& contents);
 
+  std::uint64_t Size() const override { return m_file.GetLength(); }
+  void Take(const ReadPlan& plan) override;
   SteadyStart Restart() override;
   Sumara::FileState State() const override { return m_file.State(); }
   void Read(const Sumara::RowRange& rows, std::span<U* const> columns,
@@ -44,6 +46,7 @@ class TextRows final : public RowReader<U> {
   const HeaderContents& m_contents;
   Watched<CReader<U, U>> m_file;
   std::vector<WantedLine> m_lines;
+  bool m_isFresh = true;  ///< opened, and not read yet
   std::optional<Sumara::FileLease> m_lease;
 };
 

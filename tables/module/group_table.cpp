@@ -42,29 +42,24 @@ constexpr const char* kReadIntoDoc =
 
 template <class T>
 void ReadInto(const GroupTable& table, const Selection& selection, const Target<T>& out) {
-  const std::size_t rows = out.shape(1);
-  Shape shape;
-  {
-    const nb::gil_scoped_release unlocked;
-    shape = table.ShapeOf(selection, SignalWaits());
-  }
-  const std::vector<T*> columns = Checked(out, shape);
   const nb::gil_scoped_release unlocked;
-  table.Read<T>(selection, std::span<T* const>(columns), rows, SignalWaits());
+  table.Read<T>(
+      selection, [&](const Shape& shape) { return Checked(out, shape); }, SignalWaits());
 }
 
 template <class T>
 nb::object ReadNew(const GroupTable& table, const Selection& selection, const nb::object& dtype) {
-  Shape shape;
+  nb::object made;
+  const auto room = [&](const Shape& shape) {
+    const nb::gil_scoped_acquire locked;
+    made = nb::module_::import_("numpy").attr("empty")(nb::make_tuple(shape.columns, shape.rows),
+                                                       dtype);
+    return Checked(nb::cast<Target<T>>(made), shape);
+  };
   {
     const nb::gil_scoped_release unlocked;
-    shape = table.ShapeOf(selection, SignalWaits());
+    table.Read<T>(selection, room, SignalWaits());
   }
-  nb::object made =
-      nb::module_::import_("numpy").attr("empty")(nb::make_tuple(shape.columns, shape.rows), dtype);
-  const std::vector<T*> columns = Checked(nb::cast<Target<T>>(made), shape);
-  const nb::gil_scoped_release unlocked;
-  table.Read<T>(selection, std::span<T* const>(columns), shape.rows, SignalWaits());
   return made;
 }
 

@@ -150,6 +150,28 @@ TEST_F(TableTest, ColumnsComeInTheOrderAskedFor) {
   EXPECT_EQ(ValuesOf<int>(Table(), selection), (std::vector<int>{11, 23, 11, 23, 7, 19}));
 }
 
+TEST_F(TableTest, RoomIsMadeForTheShapeThatIsRead) {
+  WriteHeader(HeaderText::OneAxis().With("DIMENS", "2\t0"));
+  WriteWords(WordsOf<float>(Count(7)));
+  std::vector<double> values;
+  const Room<double> room = [&](const Shape& shape) {
+    EXPECT_EQ(shape, (Shape{2, 3}));
+    values.resize(shape.columns * shape.rows);
+    return std::vector<double*>{values.data() + shape.rows, values.data()};
+  };
+  Table().Read({.variables = {0, 1}}, room);
+  EXPECT_EQ(values, (std::vector<double>{1, 3, 5, 0, 2, 4}));
+}
+
+TEST_F(TableTest, NoRoomIsMadeForWhatCannotBeRead) {
+  WriteHeader(HeaderText::OneAxis());
+  WriteWords(WordsOf<float>(Count(5)));
+  const GroupTable table = Table();
+  const Room<float> room = [](const Shape&) -> std::vector<float*> { throw std::bad_alloc(); };
+  EXPECT_EQ(FailureOf([&] { table.Read({.variables = {0}}, room); }).Code(), 25);
+  EXPECT_THROW(table.Read({.variables = {0}, .count = 2}, room), std::bad_alloc);
+}
+
 TEST_F(TableTest, MostColumnsOfAGroupOfManyBlocksComeInAnyOrder) {
   constexpr std::size_t kRows = 60'001;
   constexpr std::size_t kVariables = 37;
