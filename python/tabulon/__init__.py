@@ -16,7 +16,7 @@ from typing import TYPE_CHECKING
 
 if TYPE_CHECKING:
     from tabulon import api as api
-    from tabulon._campaign import Campaign, Unreadable, open_campaign
+    from tabulon._campaign import Campaign, open_campaign
     from tabulon._errors import (
         AmbiguousNameError,
         DataError,
@@ -29,6 +29,7 @@ if TYPE_CHECKING:
     from tabulon._results import Results
     from tabulon._run import Run, open_run
     from tabulon._sample import sample
+    from tabulon._seek import Unreadable
     from tabulon._shapes import Axis, Problem
     from tabulon._vocabulary import CalculationType, CompletionState
 
@@ -60,7 +61,10 @@ __version__: str
 
 # Where the names are written. What a module imports of these stands before it, so that looking for
 # a name along the row costs what its own module does.
-_ROW = ("errors", "vocabulary", "sample", "shapes", "native", "group", "run", "results", "campaign")
+_ROW = (
+    *("errors", "vocabulary", "sample", "shapes", "native", "group", "run"),
+    *("results", "seek", "campaign"),
+)
 
 if not TYPE_CHECKING:  # which knows the names, and would believe any other
 

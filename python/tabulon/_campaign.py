@@ -3,44 +3,38 @@
 from __future__ import annotations
 
 import os
-import re
 import warnings
-from collections import Counter
 from collections.abc import Callable, Iterable, Sequence
 from concurrent.futures import Executor
-from fnmatch import translate
 from functools import partial
 from pathlib import Path
-from typing import TYPE_CHECKING, Any, Literal, NamedTuple, TypeAlias, overload
+from typing import TYPE_CHECKING, Any, Literal, overload
 
-from tabulon import _native
-from tabulon._errors import DataError, TabulonError
-from tabulon._figures import Figure, bounds_of_run, figure_name, figures_of_run, values_at_extreme
-from tabulon._native import RunFiles
-from tabulon._natural import in_natural_order
-from tabulon._parallel import Failure, Outcome, Progress, failure_of, outcomes
+from tabulon._choice import Choice, Kind, kind_of, several
+from tabulon._figures import (
+    IN_HEADERS,
+    Figure,
+    bounds_of_run,
+    figure_name,
+    figures_of_run,
+    values_at_extreme,
+)
+from tabulon._kept import Kept, outcomes_of, plain
+from tabulon._parallel import Failure, Outcome, failure_of
 from tabulon._public import public
 from tabulon._results import Results, failure_record
 from tabulon._run import Run, StrPath, VariableName, run_of_files
+from tabulon._seek import Listing, Unreadable, name_test
+from tabulon._shapes import Description
 from tabulon._vocabulary import CalculationType, CompletionState
 
 if TYPE_CHECKING:
     import pandas as pd
     import xarray as xr
 
-__all__ = ["Campaign", "Unreadable", "open_campaign"]
+    from tabulon._catalogue import Catalogue
 
-_SHOWN = 10  # runs at either end of a table
-
-
-@public
-class Unreadable(NamedTuple):
-    """A directory that could not be read."""
-
-    path: str
-    """The directory."""
-    text: str
-    """Why not."""
+__all__ = ["Campaign", "open_campaign"]
 
 
 @public
@@ -77,73 +71,17 @@ def open_campaign(
     if not roots:
         raise TypeError("open_campaign() needs a directory, or the file of a catalogue")
     if len(roots) == 1 and Path(roots[0]).is_file():
-        from tabulon._catalogue import open_catalogue
+        from tabulon._catalogue import Catalogue
 
-        return open_catalogue(os.fspath(roots[0]))._named(name, regex)
-    return _Listing(tuple(map(_absolute, roots)), name, regex, recursive).campaign()
+        known, listing = Catalogue.opened(_absolute(roots[0]))
+        campaign = Campaign([(path, None) for path in known.paths], (), listing, known)
+        return campaign._named(name, regex)
+    listing = Listing(tuple(map(_absolute, roots)), name, regex, recursive)
+    return Campaign(*listing.found(), listing)
 
 
 def _absolute(path: StrPath) -> str:
     return os.path.abspath(os.fspath(path))  # noqa: PTH100 - keeps symbolic links
-
-
-class _Listing(NamedTuple):
-    """How runs were sought, so that they can be sought again."""
-
-    roots: tuple[str, ...]
-    name: str
-    regex: str | None
-    recursive: bool
-
-    def campaign(self) -> Campaign:
-        """Return the runs that are there now."""
-        listed = [_native.list_runs(root, self.recursive) for root in self.roots]
-        passes = _name_test(self.name, self.regex)
-        once = _Once()
-        records = [
-            record
-            for runs, _ in listed
-            for record in runs
-            if passes(record.name) and (len(listed) == 1 or once.first(record))
-        ]
-        unreadable = dict.fromkeys(
-            Unreadable(one.path, one.text) for _, failed in listed for one in failed
-        )
-        found = [(record.path, record) for record in in_natural_order(records)]
-        return Campaign(found, tuple(unreadable), listing=self)
-
-
-class _Once:
-    """Whether a run was met before, also by another path."""
-
-    def __init__(self) -> None:
-        self._met: set[tuple[str, str]] = set()
-        self._canonical: dict[str, str] = {}
-
-    def first(self, record: _native.RunRecord) -> bool:
-        """Return whether a run is met for the first time."""
-        folder = self._canonical.get(record.directory)
-        if folder is None:
-            folder = self._canonical[record.directory] = os.path.realpath(record.directory)
-        before = len(self._met)
-        self._met.add((folder, record.name))
-        return len(self._met) > before
-
-
-def _name_test(name: str, regex: str | None) -> Callable[[str], object]:
-    """Return what tells whether a name passes."""
-    if regex is not None:
-        try:
-            expression = re.compile(regex)
-        except re.error as error:
-            raise DataError(f"{regex!r} is no regular expression: {error}") from None
-        wanted = None if name == "*" else re.compile(translate(name), re.IGNORECASE)
-        return lambda text: expression.fullmatch(text) and (wanted is None or wanted.match(text))
-    return (lambda _: True) if name == "*" else re.compile(translate(name), re.IGNORECASE).match
-
-
-# What a campaign keeps of a run: its path, and its files where they are known.
-_Kept: TypeAlias = "tuple[str, RunFiles | _native.RunRecord | None]"
 
 
 @public
@@ -162,19 +100,21 @@ class Campaign(Sequence[Run]):
     (2, 'power_curve', ['power_curve'])
     """
 
-    __slots__ = ("__weakref__", "_found", "_listing", "_places", "unreadable")
+    __slots__ = ("__weakref__", "_found", "_known", "_listing", "_places", "unreadable")
 
     unreadable: tuple[Unreadable, ...]
     """Directories that could not be read: `path` and `text`."""
 
     def __init__(
         self,
-        found: Sequence[_Kept],
+        found: Sequence[Kept],
         unreadable: tuple[Unreadable, ...] = (),
-        listing: _Listing | None = None,
+        listing: Listing | None = None,
+        known: Catalogue | None = None,
     ) -> None:
         self._found = found
         self._listing = listing
+        self._known = known
         self._places: dict[str, int] | None = None
         self.unreadable = unreadable
 
@@ -209,7 +149,7 @@ class Campaign(Sequence[Run]):
         return hash(tuple(self._paths()))
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Campaign, (self._plain(), self.unreadable, self._listing)
+        return Campaign, (plain(self._found), self.unreadable, self._listing, self._known)
 
     # Fewer runs.
 
@@ -242,18 +182,20 @@ class Campaign(Sequence[Run]):
         ['idling_live', 'power_curve']
         """
         campaign = self if name is None else self._named(name, None)
-        states = _several(state)
-        calculations = _several(calculation)
-        test = partial(_passes, ok, states, calculations, where)
-        if (ok, states, calculations, where) == (None, None, None, None):
+        choice = Choice(ok, several(state), several(calculation), where)
+        if campaign._known is not None:
+            kinds = campaign._known.kinds()
+            campaign = campaign._chosen([p for p, kind in enumerate(kinds) if choice.of_kind(kind)])
+            choice = Choice(where=where)
+        if choice == Choice():
             return campaign
-        found = campaign._outcomes(test, progress=False, raising=True)
+        found = outcomes_of(choice.passes, campaign._found, progress=False, raising=True)
         return campaign._chosen([place for place, one in enumerate(found) if one.value])
 
     def _named(self, name: str, regex: str | None) -> Campaign:
         if name == "*" and regex is None:
             return self
-        passes = _name_test(name, regex)
+        passes = name_test(name, regex)
         places = [
             place
             for place, (path, _) in enumerate(self._found)
@@ -263,8 +205,8 @@ class Campaign(Sequence[Run]):
 
     def _chosen(self, places: Sequence[int]) -> Campaign:
         """Return some of the runs."""
-        found = self._found
-        return Campaign([found[place] for place in places], self.unreadable)
+        known = None if self._known is None else self._known.chosen(places)
+        return Campaign([self._found[place] for place in places], self.unreadable, None, known)
 
     def _paths(self) -> list[str]:
         return [path for path, _ in self._found]
@@ -312,7 +254,7 @@ class Campaign(Sequence[Run]):
         """
         if errors not in ("collect", "raise"):
             raise ValueError(f"errors is 'collect' or 'raise', not {errors!r}")
-        found = self._outcomes(function, executor, progress, errors == "raise")
+        found = outcomes_of(function, self._found, executor, progress, errors == "raise")
         return Results(self, found)
 
     def stats(
@@ -358,18 +300,15 @@ class Campaign(Sequence[Run]):
         """
         from tabulon._export.campaign import stats_frame
 
-        keys = _keys(variables)
-        names = [figure_name(figure) for figure in figures]
-        work = partial(
-            figures_of_run,
-            variables=keys,
-            figures=tuple(figures),
-            verify=True if verify is None else verify,
-        )
-        found = self._outcomes(work, executor, progress)
-        failures = self._failures(found)
-        frame = stats_frame(self, found, names)
-        return _with_failures(frame, failures, len(self))
+        keys, asked = _keys(variables), tuple(figures)
+        names = [figure_name(figure) for figure in asked]
+        verify = self._known is None if verify is None else verify
+        work = partial(figures_of_run, variables=keys, figures=asked, verify=verify)
+        columns, told = None, None
+        if self._known is not None and not verify and all(one in IN_HEADERS for one in asked):
+            columns, told = self._known.figures(keys, names)
+        found = self._completed(told, work, executor, progress)
+        return self._told(stats_frame(self._paths(), found, names, columns), self._failures(found))
 
     def extremes(
         self,
@@ -411,34 +350,62 @@ class Campaign(Sequence[Run]):
         ['max', 'power_curve']
         """
         from tabulon._export.campaign import extremes_frame
-
-        keys, others = _keys(variables), _keys(also)
-        work = partial(bounds_of_run, variables=keys, verify=True if verify is None else verify)
-        found = self._outcomes(work, executor, progress)
-        return self._extremes(keys, others, found, extremes_frame)
-
-    def _extremes(
-        self,
-        keys: Sequence[VariableName],
-        others: Sequence[VariableName],
-        found: Sequence[Outcome],
-        frame_of: Callable[..., pd.DataFrame],
-    ) -> pd.DataFrame:
         from tabulon._ultimate import Ultimate, ultimates
 
+        keys, others = _keys(variables), _keys(also)
+        verify = self._known is None if verify is None else verify
+        work = partial(bounds_of_run, variables=keys, verify=verify)
+        columns, told = None, None
+        if self._known is not None and not verify:
+            columns, told = self._known.bounds(keys)
+        found = self._completed(told, work, executor, progress)
         failures = self._failures(found)
-        wanted = ultimates(keys, found)
 
         def read(run: int, one: Ultimate) -> tuple[float, Any, list[Any]]:
             return values_at_extreme(self[run], one.key, one.place, one.largest, others)
 
         rows = []
-        for one in wanted:
+        for one in ultimates(keys, found, columns):
             row, missed = one.settled(read)
             failures += [failure_record(self[run], failure_of(error)) for run, error in missed]
             if row is not None:
                 rows.append(row)
-        return _with_failures(frame_of(self, rows, others), failures, len(self))
+        return self._told(extremes_frame(self, rows, others), failures)
+
+    def _completed(
+        self,
+        told: list[Outcome | None] | None,
+        work: Callable[[Run], Any],
+        executor: Executor | None,
+        progress: bool | None,
+    ) -> list[Outcome]:
+        """Return what a catalogue has found, with the runs read of which it knows too little."""
+        if told is None:
+            return outcomes_of(work, self._found, executor, progress)
+        left = [kept for kept, one in zip(self._found, told, strict=True) if one is None]
+        read = iter(outcomes_of(work, left, executor, progress))
+        return [next(read) if one is None else one for one in told]
+
+    def _failures(self, found: Sequence[Outcome]) -> list[dict[str, str]]:
+        told = []
+        for place, outcome in enumerate(found):
+            failures: list[Failure] = (
+                [outcome.failure] if outcome.failure is not None else outcome.value[1]
+            )
+            told += [failure_record(self[place], failure) for failure in failures]
+        return told
+
+    def _told(self, frame: pd.DataFrame, failures: list[dict[str, str]]) -> pd.DataFrame:
+        """Return a table with what failed beside it, and warn once."""
+        frame.attrs["failures"] = failures
+        if failures:
+            first = failures[0]
+            warnings.warn(
+                f"{_counted(len(failures), 'failure')} in {_counted(len(self), 'run')}, the first"
+                f" in {first['run']!r}: {first['text']}; all are in attrs['failures']",
+                stacklevel=3,
+            )
+        return frame
 
     def to_xarray(self, variables: VariableName | Sequence[VariableName]) -> xr.Dataset:
         """Return variables of all runs as one Dataset, which reads what is asked of it.
@@ -483,9 +450,9 @@ class Campaign(Sequence[Run]):
         executor, progress
             As of ``map``.
         """
-        from tabulon._catalogue import save
+        from tabulon._catalogue_write import save
 
-        save(self, os.fspath(path), executor, progress)
+        save(os.fspath(path), self._found, self._known, self._listing, executor, progress)
 
     def refresh(
         self, *, executor: Executor | None = None, progress: bool | None = None
@@ -496,8 +463,17 @@ class Campaign(Sequence[Run]):
         was filtered or sliced keeps those of its runs that are still there.
         """
         if self._listing is not None:
-            return self._listing.campaign()
-        return self.filter(where=lambda run: Path(run).exists())
+            found, unreadable = self._listing.found()
+        else:
+            there = outcomes_of(_is_there, self._found, executor, progress=False)
+            found = [kept for kept, one in zip(self._found, there, strict=True) if one.value]
+            unreadable = self.unreadable
+        if self._known is None:
+            return Campaign(found, unreadable, self._listing)
+        from tabulon._catalogue_write import refreshed
+
+        known = refreshed(self._known, found, executor, progress)
+        return Campaign([(path, None) for path, _ in found], unreadable, self._listing, known)
 
     # What is shown.
 
@@ -508,34 +484,12 @@ class Campaign(Sequence[Run]):
             for run, (state, kind) in zip(self, self._kinds(), strict=True)
         ]
 
-    def _kinds(self) -> list[tuple[CompletionState, CalculationType]]:
-        found = self._outcomes(_kind_of, progress=False)
+    def _kinds(self) -> list[Kind]:
+        if self._known is not None:
+            return self._known.kinds()
+        found = outcomes_of(kind_of, self._found, progress=False)
         unknown = CompletionState.Unknown, CalculationType.Unknown
         return [unknown if one.failure else one.value for one in found]
-
-    def _outcomes(
-        self,
-        function: Callable[[Run], Any],
-        executor: Executor | None = None,
-        progress: bool | Progress | None = None,
-        raising: bool = False,
-    ) -> list[Outcome]:
-        """Return what becomes of each run; each is a new handle, so that nothing read is kept."""
-        kept = self._found if executor is None else self._plain()
-        return outcomes(_OnRun(function), kept, executor, progress, raising)
-
-    def _plain(self) -> list[_Kept]:
-        """Return what is kept of the runs in a form that goes to other processes."""
-        return [(path, _plain_files(files)) for path, files in self._found]
-
-    def _failures(self, found: Sequence[Outcome]) -> list[dict[str, str]]:
-        told = []
-        for place, outcome in enumerate(found):
-            failures: list[Failure] = (
-                [outcome.failure] if outcome.failure is not None else outcome.value[1]
-            )
-            told += [failure_record(self[place], failure) for failure in failures]
-        return told
 
     def __repr__(self) -> str:
         where = f" in {os.path.commonpath(self._paths())!r}" if self._found else ""
@@ -551,42 +505,14 @@ class Campaign(Sequence[Run]):
 
         return html_of(self._described())
 
-    def _described(self) -> Any:  # noqa: ANN401 - plain rows
-        from tabulon._shapes import Description, Section
+    def _described(self) -> Description:
+        from tabulon._overview import described
 
-        kinds = self._kinds()
-        states = Counter(str(state) for state, _ in kinds)
-        calculations = Counter(str(kind) for _, kind in kinds)
-        facts = [
-            ("Runs", f"{len(self):,}"),
-            ("Ended", _counted(states)),
-            ("Calculations", _counted(calculations)),
-        ]
-        if self.unreadable:
-            facts.append(("Unreadable", f"{len(self.unreadable):,} directories"))
-        sections = []
-        for title, places in _ends(len(self)):
-            lines = tuple(
-                (self[p].name, str(kinds[p][0]), str(kinds[p][1]), self[p].directory)
-                for p in places
-            )
-            heads = ("Run", "Ended", "Calculation", "Directory")
-            sections.append(Section(title, "", heads, lines, True))
-        return Description("Campaign", f"{len(self):,} runs", tuple(facts), tuple(sections))
+        return described(self, self._kinds(), len(self.unreadable))
 
 
-class _OnRun:
-    """A function of a run, called with what a campaign keeps of one."""
-
-    def __init__(self, function: Callable[[Run], Any]) -> None:
-        self._function = function
-
-    def __call__(self, kept: _Kept) -> Any:  # noqa: ANN401 - whatever the function gives
-        return self._function(run_of_files(*kept))
-
-
-def _plain_files(files: Any) -> RunFiles | None:  # noqa: ANN401 - a record of the reader
-    return files if files is None or isinstance(files, RunFiles) else RunFiles.of(files)
+def _is_there(run: Run) -> bool:
+    return os.path.exists(run)  # noqa: PTH110 - of many; what cannot be reached is not there
 
 
 def _keys(variables: VariableName | Sequence[VariableName]) -> tuple[VariableName, ...]:
@@ -598,57 +524,5 @@ def _keys(variables: VariableName | Sequence[VariableName]) -> tuple[VariableNam
     return tuple(variables)
 
 
-def _several(wanted: Any) -> frozenset[Any] | None:  # noqa: ANN401 - one or more
-    if wanted is None:
-        return None
-    return frozenset([wanted] if isinstance(wanted, int) else wanted)
-
-
-def _kind_of(run: Run) -> tuple[CompletionState, CalculationType]:
-    return run.state, run.calculation
-
-
-def _passes(
-    ok: bool | None,
-    states: frozenset[CompletionState] | None,
-    calculations: frozenset[CalculationType] | None,
-    where: Callable[[Run], object] | None,
-    run: Run,
-) -> bool:
-    try:
-        if ok is not None and run.ok != ok:
-            return False
-        if states is not None and run.state not in states:
-            return False
-        if calculations is not None and run.calculation not in calculations:
-            return False
-    except TabulonError:
-        return False  # what cannot be read is neither
-    return where is None or bool(where(run))
-
-
-def _with_failures(frame: pd.DataFrame, failures: list[dict[str, str]], runs: int) -> pd.DataFrame:
-    """Return the table with what failed beside it, and warn once."""
-    frame.attrs["failures"] = failures
-    if failures:
-        first = failures[0]
-        warnings.warn(
-            f"{_counted_as(len(failures), 'failure')} in {_counted_as(runs, 'run')}, the first in"
-            f" {first['run']!r}: {first['text']}; all are in attrs['failures']",
-            stacklevel=3,
-        )
-    return frame
-
-
-def _counted_as(count: int, noun: str) -> str:
+def _counted(count: int, noun: str) -> str:
     return f"{count:,} {noun}{'' if count == 1 else 's'}"
-
-
-def _counted(counts: Counter[str]) -> str:
-    return ", ".join(f"{count:,} {name}" for name, count in counts.most_common()) or "none"
-
-
-def _ends(count: int) -> list[tuple[str, range]]:
-    if count <= 2 * _SHOWN:
-        return [("Runs", range(count))] if count else []
-    return [("First", range(_SHOWN)), ("Last", range(count - _SHOWN, count))]

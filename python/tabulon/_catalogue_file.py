@@ -44,11 +44,13 @@ __all__ = [
     "schema",
     "stamp_of",
     "tables_of",
+    "writer_of",
 ]
 
 VERSION = 1
 RUN, GROUP, VARIABLE = 0, 1, 2
 _KEY = b"tabulon.catalogue"
+_DIFFERING = ("path", "text", "min", "max", "mean")
 _TEXTS = ("group", "variable", "secondary_label", "unit", "dtype")
 
 
@@ -173,6 +175,19 @@ def schema(listing: Any = None) -> pa.Schema:  # noqa: ANN401 - what JSON can ho
     return pa.schema(fields, metadata={_KEY: told.encode()})
 
 
+def writer_of(stream: Any, made: pa.Schema) -> pq.ParquetWriter:  # noqa: ANN401 - a binary file
+    """Return what writes a catalogue; it looks for equal values where there are any."""
+    parquet = require("pyarrow.parquet", "parquet")
+    return parquet.ParquetWriter(
+        stream,
+        made,
+        write_page_checksum=True,
+        use_dictionary=[
+            f.name for f in made if f.name not in ("min", "max", "mean", "path", "text")
+        ],
+    )
+
+
 def tables_of(
     contents: Sequence[tuple[int, Contents]], made: pa.Schema
 ) -> tuple[pa.Table, pa.Table]:
@@ -227,7 +242,7 @@ def damage_told(name: str) -> Iterator[None]:
     pa = require("pyarrow", "parquet")
     try:
         yield
-    except (pa.ArrowException, OSError, KeyError, TypeError, ValueError) as error:
+    except (pa.ArrowException, OSError, LookupError, TypeError, ValueError) as error:
         if isinstance(error, TabulonError):
             raise
         raise DataError(f"{name} is no catalogue, or is damaged: {error}", path=name) from None

@@ -3,13 +3,12 @@
 from __future__ import annotations
 
 from collections.abc import Sequence
-from itertools import chain
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 import numpy as np
 from numpy.typing import NDArray
 
-from tabulon._figures import Bounds, FigureRow, rounded
+from tabulon._figures import Bounds, FigureRow, furthest
 from tabulon._optional import require
 from tabulon._run import VariableName
 
@@ -18,14 +17,15 @@ if TYPE_CHECKING:
     import pyarrow.parquet as pq
 
 __all__ = [
-    "PlainRows",
+    "Columns",
     "Row",
+    "blocks_of",
     "bounds_rows",
     "chosen_rows",
+    "columns_of",
     "figure_rows",
-    "plain_rows",
+    "odd_places",
     "rows_named",
-    "rows_spelled_so",
 ]
 
 _COLUMNS = [
@@ -95,8 +95,8 @@ def bounds_rows(asked: int, rows: list[Row]) -> list[Bounds]:
             row.secondary_place,
             row.secondary,
             row.unit,
-            rounded(row.min, np.dtype(row.dtype)),
-            rounded(row.max, np.dtype(row.dtype)),
+            float(furthest(np.array(row.min), row.dtype, -np.inf)),
+            float(furthest(np.array(row.max), row.dtype, np.inf)),
         )
         for row in rows
     ]
@@ -116,140 +116,144 @@ def chosen_rows(key: VariableName, rows: list[Row]) -> list[Row] | None:
     return None if len(meant) > 1 or twice else rows
 
 
-class PlainRows(NamedTuple):
-    """Rows of a table, by columns: what stands in front of the figures, and the figures."""
+class Columns(NamedTuple):
+    """Rows of variables by columns: an element of each for a row, in the order of a table."""
 
     places: NDArray[np.int32]
-    heads: list[tuple[Any, ...]]
-    figures: list[NDArray[np.float64]]
-
-
-class Block(NamedTuple):
-    """Rows of one variable that was asked for."""
-
-    wanted: int
-    places: NDArray[np.int32]
+    """The run, by its place in the campaign."""
+    wanted: NDArray[np.int32]
+    """The variable, by its place among those that were asked for."""
     numbers: NDArray[np.int32]
-    secondary: NDArray[np.int32]
-    texts: list[list[Any]]
-    """Group, variable, secondary value and unit."""
-    figures: list[NDArray[np.float64]]
+    """The number of the group."""
+    secondary_places: NDArray[np.int32]
+    group: NDArray[np.object_]
+    variable: NDArray[np.object_]
+    secondary: NDArray[np.object_]
+    unit: NDArray[np.object_]
+    dtype: NDArray[np.object_]
+    figures: tuple[NDArray[np.float64], ...]
+
+    def at(self, rows: NDArray[Any]) -> Columns:
+        """Return some of the rows."""
+        *columns, figures = self
+        chosen = [column[rows] for column in columns]
+        return Columns._make([*chosen, tuple(figure[rows] for figure in figures)])
 
 
-def rows_spelled_so(
+def blocks_of(
     file: pq.ParquetFile,
     i: int,
     keys: Sequence[VariableName],
     figures: Sequence[str],
     places: NDArray[np.int32],
-) -> list[Block]:
-    """Return the rows of a row group whose variables are spelled as they are asked for."""
-    pa = require("pyarrow", "parquet")
-    compute = require("pyarrow.compute", "parquet")
-    columns = ["run", "number", "group", "variable", "secondary_place", "secondary_value"]
-    columns += ["secondary_label", "unit", *figures]
-    table = file.read_row_group(i, columns)
-    wanted = pa.array(sorted({key if isinstance(key, str) else key[1] for key in keys}))
-    table = table.filter(compute.is_in(table["variable"], wanted)).combine_chunks()
-    at = places[table["run"].to_numpy()]
-    blocks = []
-    for asked, key in enumerate(keys):
-        group, name = (None, key) if isinstance(key, str) else key
-        chosen = compute.equal(table["variable"], name)
-        if isinstance(group, int):
-            chosen = compute.and_(chosen, compute.equal(table["number"], group))
-        elif group is not None:
-            chosen = compute.and_(chosen, compute.equal(table["group"], group))
-        mask = chosen.to_numpy(zero_copy_only=False) & (at >= 0)
-        blocks.append(_block_of(asked, table.filter(pa.array(mask)), at[mask], figures))
-    return blocks
+) -> list[Columns]:
+    """Return the rows of a row group, for each variable that was asked for.
 
-
-def _block_of(
-    asked: int, table: pa.Table, places: NDArray[np.int32], figures: Sequence[str]
-) -> Block:
-    compute = require("pyarrow.compute", "parquet")
-    labels, values = table["secondary_label"], table["secondary_value"]
-    secondary: list[Any] = [None] * len(table)
-    if labels.null_count < len(table):
-        secondary = _texts(labels)
-    elif values.null_count < len(table):
-        secondary = values.to_numpy().tolist()
-    return Block(
-        asked,
-        places,
-        table["number"].to_numpy(),
-        compute.fill_null(table["secondary_place"], 0).to_numpy(),
-        [_texts(table["group"]), _texts(table["variable"]), secondary, _texts(table["unit"])],
-        [table[figure].to_numpy() for figure in figures],
-    )
-
-
-def _texts(column: pa.ChunkedArray) -> list[Any]:
-    pa = require("pyarrow", "parquet")
-    return column.cast(pa.string()).to_numpy(zero_copy_only=False).tolist()  # type: ignore[no-any-return]
-
-
-def plain_rows(
-    found: Sequence[Sequence[Block]],
-    keys: Sequence[VariableName],
-    figures: Sequence[str],
-    paths: Sequence[str],
-) -> tuple[PlainRows, list[int]]:
-    """Return the rows of the runs that have each variable once and with figures.
-
-    Returns
-    -------
-    PlainRows
-        In the order of the runs, and of the variables that were asked for.
-    list of int
-        The places of the other runs.
+    A name counts as it is spelled, or in any case where only one name of the row group is so.
     """
-    odd = np.zeros(len(paths), dtype=bool)
-    blocks = [_joined([group[asked] for group in found]) for asked in range(len(keys))]
-    for block in blocks:
-        odd |= _odd_places(block, len(paths))
-    names = [path.replace("\\", "/").rpartition("/")[2] for path in paths]
-    places: list[NDArray[np.int32]] = []
-    heads: list[tuple[Any, ...]] = []
-    for block in blocks:
-        places.append(block.places)
-        runs = block.places.tolist()
-        heads += zip([names[p] for p in runs], [paths[p] for p in runs], *block.texts, strict=True)
-    at = np.concatenate([np.empty(0, np.int32), *places])
-    order = np.argsort(at, kind="stable")
-    order = order[~odd[at[order]]]
-    columns = [
-        np.concatenate([np.empty(0), *(block.figures[f] for block in blocks)])[order]
-        for f in range(len(figures))
-    ]
-    kept = PlainRows(at[order], [heads[row] for row in order.tolist()], columns)
-    return kept, np.flatnonzero(odd).tolist()
-
-
-def _joined(blocks: Sequence[Block]) -> Block:
-    if not blocks:
-        none = np.empty(0, np.int32)
-        return Block(0, none, none, none, [[], [], [], []], [np.empty(0)] * 8)
-    return Block(
-        blocks[0].wanted,
-        np.concatenate([block.places for block in blocks]),
-        np.concatenate([block.numbers for block in blocks]),
-        np.concatenate([block.secondary for block in blocks]),
-        [list(chain.from_iterable(block.texts[t] for block in blocks)) for t in range(4)],
-        [np.concatenate(parts) for parts in zip(*(block.figures for block in blocks), strict=True)],
+    names = _Words(file, i, "variable")
+    by_key = [names.meant(key if isinstance(key, str) else key[1]) for key in keys]
+    hit = np.flatnonzero(np.isin(names.codes, by_key))
+    if not len(hit):
+        return []
+    columns = ["run", "number", "secondary_place", "secondary_value", *figures]
+    table = file.read_row_group(i, columns, use_threads=False)
+    at = places[table["run"].to_numpy()[hit]]
+    hit, at = hit[at >= 0], at[at >= 0]
+    groups, labels = _Words(file, i, "group"), _Words(file, i, "secondary_label")
+    rows = Columns(
+        at,
+        names.codes[hit],
+        table["number"].to_numpy()[hit],
+        table["secondary_place"].fill_null(0).to_numpy()[hit],
+        groups.texts[groups.codes[hit]],
+        names.texts[names.codes[hit]],
+        _secondary(labels, table["secondary_value"], hit),
+        _Words(file, i, "unit").at(hit),
+        _Words(file, i, "dtype").at(hit),
+        tuple(table[figure].to_numpy()[hit] for figure in figures),
     )
+    found = []
+    for asked, (key, code) in enumerate(zip(keys, by_key, strict=True)):
+        chosen = rows.wanted == code
+        group = None if isinstance(key, str) else key[0]
+        if isinstance(group, int):
+            chosen &= rows.numbers == group
+        elif group is not None:
+            chosen &= groups.codes[hit] == groups.meant(group)
+        one = rows.at(np.flatnonzero(chosen))
+        found.append(one._replace(wanted=np.full(len(one.places), asked, np.int32)))
+    return found
 
 
-def _odd_places(block: Block, count: int) -> NDArray[np.bool_]:
+class _Words:
+    """A column of texts: each text once, and where it stands."""
+
+    def __init__(self, file: pq.ParquetFile, i: int, column: str) -> None:
+        read = file.read_row_group(i, [column], use_threads=False)[column].combine_chunks()
+        self.codes: NDArray[np.int32] = read.indices.fill_null(-1).to_numpy()
+        # the last element stands for what is missing
+        self.texts = np.array([*read.dictionary.to_pylist(), None], dtype=object)
+
+    def at(self, rows: NDArray[Any]) -> NDArray[np.object_]:
+        """Return the texts of some rows."""
+        found: NDArray[np.object_] = self.texts[self.codes[rows]]
+        return found
+
+    def meant(self, name: str) -> int:
+        """Return the code of a name, one that no row has if it is not there or not clear."""
+        known: list[str] = self.texts[:-1].tolist()
+        if name in known:
+            return known.index(name)
+        folded = name.casefold()
+        like = [code for code, text in enumerate(known) if text.casefold() == folded]
+        return like[0] if len(like) == 1 else len(known)
+
+
+def _secondary(labels: _Words, values: pa.ChunkedArray, rows: NDArray[Any]) -> NDArray[np.object_]:
+    """Return labels, values, or None for variables over one axis."""
+    found = labels.at(rows)
+    if values.null_count < len(values):
+        numbers = values.to_numpy()[rows]
+        is_number = ~np.isnan(numbers)
+        found[is_number] = numbers[is_number].tolist()
+    return found
+
+
+def odd_places(blocks: Sequence[Sequence[Columns]], asked: int, count: int) -> NDArray[np.bool_]:
     """Return which runs lack a variable, have it more than once, or have no figures of it."""
-    odd = np.ones(count, dtype=bool)
-    odd[block.places] = False
-    for figure in block.figures:
-        odd[block.places[np.isnan(figure)]] = True
-    order = np.argsort(block.places, kind="stable")
-    places, numbers, secondary = (a[order] for a in (block.places, block.numbers, block.secondary))
-    again = places[1:] == places[:-1]
-    twice = (numbers[1:] != numbers[:-1]) | (secondary[1:] <= secondary[:-1])
-    odd[places[1:][again & twice]] = True
+    odd = np.zeros(count, dtype=bool)
+    for wanted in range(asked):
+        block = joined([parts[wanted] for parts in blocks if parts], 0)
+        lacking = np.ones(count, dtype=bool)
+        lacking[block.places] = False
+        odd |= lacking
+        for figure in block.figures:
+            odd[block.places[np.isnan(figure)]] = True
+        block = block.at(np.argsort(block.places, kind="stable"))
+        again = block.places[1:] == block.places[:-1]
+        twice = (block.numbers[1:] != block.numbers[:-1]) | (
+            block.secondary_places[1:] <= block.secondary_places[:-1]
+        )
+        odd[block.places[1:][again & twice]] = True
     return odd
+
+
+def columns_of(
+    blocks: Sequence[Sequence[Columns]], asked: int, figures: int, odd: NDArray[np.bool_]
+) -> Columns:
+    """Return the rows of all runs but the odd ones, in the order of runs and of what was asked."""
+    whole = [parts[wanted] for wanted in range(asked) for parts in blocks if parts]
+    rows = joined(whole, figures)
+    order = np.argsort(rows.places, kind="stable")
+    return rows.at(order[~odd[rows.places[order]]])
+
+
+def joined(blocks: Sequence[Columns], figures: int) -> Columns:
+    """Return rows one behind the other."""
+    if not blocks:
+        whole, texts, number = np.empty(0, np.int32), np.empty(0, object), np.empty(0)
+        return Columns._make([*[whole] * 4, *[texts] * 5, (number,) * figures])
+    *columns, stored = zip(*blocks, strict=True)
+    whole_columns = [np.concatenate(column) for column in columns]
+    return Columns._make([*whole_columns, tuple(map(np.concatenate, zip(*stored, strict=True)))])

@@ -5,7 +5,6 @@ All functions here stand in a module and take and give plain values, so that the
 
 from __future__ import annotations
 
-import math
 from collections.abc import Callable, Sequence
 from typing import Any, NamedTuple
 
@@ -19,6 +18,7 @@ from tabulon._parallel import Failure, failure_of
 from tabulon._run import Run, VariableName
 
 __all__ = [
+    "IN_HEADERS",
     "Bounds",
     "Figure",
     "FigureRow",
@@ -27,15 +27,18 @@ __all__ = [
     "check_rows",
     "figure_name",
     "figures_of_run",
+    "furthest",
     "values_at_extreme",
 ]
 
 Figure = str | Callable[[NDArray[Any]], Any]
 
-_IN_HEADERS = ("min", "max", "mean")
+IN_HEADERS = ("min", "max", "mean")
 _IN_DATA = {"min": "minimum", "max": "maximum", "mean": "mean", "std": "deviation"}
 # Digits behind the first one that a header writes, by the type of the data.
 _DIGITS = {"float32": 7, "float64": 15, "int32": 7}
+# More numbers of a type than this are never written alike.
+_NEIGHBOURS = 16
 
 
 class FigureRow(NamedTuple):
@@ -140,9 +143,9 @@ def _columns_of(group: Group, places: list[int], figures: Sequence[Figure]) -> l
     table, count = group._table, group._count()
     named = [figure for figure in figures if isinstance(figure, str)]
     header = None
-    if count is None and any(name in _IN_HEADERS for name in named):
+    if count is None and any(name in IN_HEADERS for name in named):
         header = _native.stored_figures(table, places)
-    from_header = _IN_HEADERS if header is not None else ()
+    from_header = IN_HEADERS if header is not None else ()
     data = None
     if any(name not in from_header for name in named):
         data = _native.reduce(table, places, count)
@@ -166,17 +169,17 @@ def _plain(value: Any) -> Any:  # noqa: ANN401 - whatever a function gave
 
 
 class Bounds(NamedTuple):
-    """Between what the extremes of a variable lie at one secondary value.
+    """Beyond what no value of a variable lies at one secondary value.
 
-    A header rounds its figures, so that the value of the data may be another than it says.
+    A header rounds its figures, so that the extreme of the data may be another than it says.
     """
 
     wanted: int
     place: int
     secondary: Any
     unit: str
-    minimum: tuple[float, float]
-    maximum: tuple[float, float]
+    lowest: float
+    highest: float
 
 
 def bounds_of_run(
@@ -200,13 +203,11 @@ def _bounds_of_group(group: Group, wanted: Sequence[tuple[int, Variable]]) -> li
     table = group._table
     header = _native.stored_figures(table, places) if group._count() is None else None
     if header is not None:
-        dtype = np.dtype(table.dtype)
-        low = [rounded(value, dtype) for value in header.min.ravel().tolist()]
-        high = [rounded(value, dtype) for value in header.max.ravel().tolist()]
+        low = furthest(header.min.ravel(), table.dtype, -np.inf).tolist()
+        high = furthest(header.max.ravel(), table.dtype, np.inf).tolist()
     else:
         data = _native.reduce(table, places, group._count())
-        low = [(value, value) for value in data.minimum.tolist()]
-        high = [(value, value) for value in data.maximum.tolist()]
+        low, high = data.minimum.tolist(), data.maximum.tolist()
     secondary = group.axes[1].values.tolist() if len(group.dims) > 1 else [None]
     return [
         Bounds(
@@ -222,22 +223,35 @@ def _bounds_of_group(group: Group, wanted: Sequence[tuple[int, Variable]]) -> li
     ]
 
 
-def rounded(value: float, dtype: np.dtype[Any]) -> tuple[float, float]:
-    """Return the smallest and the largest number of a type that a header writes as this one."""
-    if dtype.kind == "i":
-        half = 0.5 * 10.0 ** max(len(str(abs(int(value)))) - 1 - _DIGITS["int32"], 0)
-        return (value, value) if half < 1 else (value - half, value + half)
-    if value == 0 or not math.isfinite(value):
-        return value, value
-    digits = _DIGITS[dtype.name]
-    written = f"{value:.{digits}E}"
-    ends = []
-    for beyond in (-np.inf, np.inf):
-        end = dtype.type(value)
-        while f"{(further := np.nextafter(end, dtype.type(beyond))):.{digits}E}" == written:
-            end = further
-        ends.append(float(end))
-    return min(ends[0], value), max(ends[1], value)
+def furthest(values: NDArray[np.float64], dtype: str, end: float) -> NDArray[np.float64]:
+    """Return how far numbers of a type may lie towards an end that a header writes as these.
+
+    Parameters
+    ----------
+    values
+        Figures of a header.
+    dtype
+        The type of the data.
+    end
+        Minus or plus infinity.
+    """
+    with np.errstate(divide="ignore", invalid="ignore", over="ignore", under="ignore"):
+        size = np.where(np.isfinite(values), np.abs(values), 0.0)
+        last = np.floor(np.log10(size)) - _DIGITS[dtype]  # the place of the last digit written
+        half = 0.5 * 10.0**last * (1 + 1e-6)
+        if dtype == "int32":
+            found = values + np.copysign(np.where(half < 1, 0.0, half), end)
+            return np.asarray(found, np.float64)
+        found = values.astype(dtype)
+        for _ in range(_NEIGHBOURS):
+            further = np.nextafter(found, found.dtype.type(end))
+            alike = np.abs(further.astype(np.float64) - values) <= half
+            if not alike.any():
+                break
+            found = np.where(alike, further, found)
+        # a number may be written as one that lies further out than itself
+        wider = np.maximum if end > 0 else np.minimum
+        return np.asarray(wider(found.astype(np.float64), values))
 
 
 def values_at_extreme(

@@ -2,14 +2,19 @@
 
 from __future__ import annotations
 
-import math
-from collections.abc import Callable, Sequence
-from typing import Any, NamedTuple
+from collections.abc import Callable, Iterator, Sequence
+from typing import TYPE_CHECKING, Any, NamedTuple
+
+import numpy as np
+from numpy.typing import NDArray
 
 from tabulon._errors import DataError
-from tabulon._figures import Bounds
+from tabulon._figures import Bounds, furthest
 from tabulon._parallel import Outcome
 from tabulon._run import VariableName
+
+if TYPE_CHECKING:
+    from tabulon._catalogue_rows import Columns
 
 __all__ = ["Settled", "Ultimate", "ultimates"]
 
@@ -24,34 +29,33 @@ class Settled(NamedTuple):
     others: list[Any]
 
 
-class Candidate(NamedTuple):
-    """A run that may hold an extreme: no value of it is beyond the bound."""
-
-    run: int
-    bound: float
-
-
 class Ultimate:
     """An extreme that is sought: of a variable, at a secondary value, over all runs."""
 
-    def __init__(self, key: VariableName, first: Bounds, largest: bool) -> None:
+    def __init__(
+        self, key: VariableName, place: int, secondary: object, unit: str, largest: bool
+    ) -> None:
         self.key = key
-        self.place = first.place
-        self.secondary = first.secondary
-        self.unit = first.unit
+        self.place = place
+        self.secondary = secondary
+        self.unit = unit
         self.largest = largest
-        self._candidates: list[Candidate] = []
+        self._runs: list[NDArray[np.int64]] = []
+        self._bounds: list[NDArray[np.float64]] = []
 
     @property
     def kind(self) -> str:
         """Which extreme it is."""
         return "max" if self.largest else "min"
 
-    def add(self, run: int, bounds: tuple[float, float]) -> None:
-        """Take between what the extreme of a run lies. One without finite values has none."""
-        bound = bounds[1] if self.largest else -bounds[0]
-        if not math.isnan(bound):
-            self._candidates.append(Candidate(run, bound))
+    def add(
+        self, runs: Sequence[int] | NDArray[np.int32], bounds: Sequence[float] | NDArray[np.float64]
+    ) -> None:
+        """Take runs, and beyond what none of their values lies. NaN: a run without a value."""
+        signed = np.asarray(bounds, np.float64) * (1.0 if self.largest else -1.0)
+        has = ~np.isnan(signed)
+        self._runs.append(np.asarray(runs, np.int64)[has])
+        self._bounds.append(signed[has])
 
     def settled(
         self, read: Callable[[int, Ultimate], tuple[float, Any, list[Any]]]
@@ -68,7 +72,7 @@ class Ultimate:
         """
         best: Settled | None = None
         failed: list[tuple[int, Exception]] = []
-        for run, bound in sorted(self._candidates, key=lambda one: (-one.bound, one.run)):
+        for run, bound in self._in_order():
             if best is not None and not self._may_win(run, bound, best):
                 if bound < self._signed(best.value):
                     break
@@ -82,6 +86,12 @@ class Ultimate:
                 best = found
         return best, failed
 
+    def _in_order(self) -> Iterator[tuple[int, float]]:
+        """Give runs with their bounds, the furthest first, and of equal ones the first run."""
+        runs, bounds = np.concatenate(self._runs), np.concatenate(self._bounds)
+        for at in np.lexsort((runs, -bounds)):
+            yield int(runs[at]), float(bounds[at])
+
     def _signed(self, value: float) -> float:
         return value if self.largest else -value
 
@@ -94,7 +104,9 @@ class Ultimate:
         return mine > other or (mine == other and found.run < best.run)
 
 
-def ultimates(keys: Sequence[VariableName], found: Sequence[Outcome]) -> list[Ultimate]:
+def ultimates(
+    keys: Sequence[VariableName], found: Sequence[Outcome], columns: Columns | None = None
+) -> list[Ultimate]:
     """Return the extremes that are sought, in the order of the variables and secondary values.
 
     Parameters
@@ -103,23 +115,70 @@ def ultimates(keys: Sequence[VariableName], found: Sequence[Outcome]) -> list[Ul
         The variables.
     found
         For each run, what ``bounds_of_run`` gave.
+    columns
+        Rows of runs of which `found` tells nothing: smallest and largest values of headers.
     """
-    sought: dict[tuple[int, int, Any], tuple[Ultimate, Ultimate]] = {}
+    sought = _Sought(keys)
+    if columns is not None:
+        _add_columns(sought, columns)
     for run, outcome in enumerate(found):
-        if outcome.failure is not None:
-            continue
-        bounds: list[Bounds] = outcome.value[0]
+        bounds: list[Bounds] = [] if outcome.failure is not None else outcome.value[0]
         for one in bounds:
-            at = (one.wanted, one.place, one.secondary)
-            if at not in sought:
-                key = keys[one.wanted]
-                sought[at] = Ultimate(key, one, largest=True), Ultimate(key, one, largest=False)
-            highest, lowest = sought[at]
-            if highest.unit != one.unit:
-                raise DataError(
-                    f"{keys[one.wanted]!r} is in {highest.unit!r} in one run, and in {one.unit!r}"
-                    " in another"
-                )
-            highest.add(run, one.maximum)
-            lowest.add(run, one.minimum)
-    return [one for at in sorted(sought, key=lambda at: at[:2]) for one in sought[at]]
+            at = one.wanted, one.place, one.secondary
+            sought.add(at, one.unit, [run], [one.lowest], [one.highest])
+    return sought.in_order()
+
+
+class _Sought:
+    """Both extremes of each variable and secondary value."""
+
+    def __init__(self, keys: Sequence[VariableName]) -> None:
+        self._keys = keys
+        self._pairs: dict[tuple[int, int, Any], tuple[Ultimate, Ultimate]] = {}
+
+    def add(
+        self,
+        at: tuple[int, int, Any],
+        unit: str,
+        runs: Sequence[int] | NDArray[np.int32],
+        lowest: Sequence[float] | NDArray[np.float64],
+        highest: Sequence[float] | NDArray[np.float64],
+    ) -> None:
+        """Take runs with beyond what no value lies."""
+        wanted, place, secondary = at
+        key = self._keys[wanted]
+        if at not in self._pairs:
+            self._pairs[at] = (
+                Ultimate(key, place, secondary, unit, largest=True),
+                Ultimate(key, place, secondary, unit, largest=False),
+            )
+        high, low = self._pairs[at]
+        if high.unit != unit:
+            raise DataError(f"{key!r} is in {high.unit!r} in one run, and in {unit!r} in another")
+        high.add(runs, highest)
+        low.add(runs, lowest)
+
+    def in_order(self) -> list[Ultimate]:
+        """Return them by variable and place of the secondary value."""
+        return [one for at in sorted(self._pairs, key=lambda at: at[:2]) for one in self._pairs[at]]
+
+
+def _add_columns(sought: _Sought, columns: Columns) -> None:
+    low, high = (one.copy() for one in columns.figures)
+    for dtype in set(columns.dtype):
+        rows = np.flatnonzero(columns.dtype == dtype)
+        low[rows] = furthest(low[rows], dtype, -np.inf)
+        high[rows] = furthest(high[rows], dtype, np.inf)
+    same: dict[tuple[Any, ...], list[int]] = {}
+    heads = zip(
+        columns.wanted.tolist(),
+        columns.secondary_places.tolist(),
+        columns.secondary,
+        columns.unit,
+        strict=True,
+    )
+    for row, head in enumerate(heads):
+        same.setdefault(head, []).append(row)
+    for (wanted, place, secondary, unit), at in same.items():
+        where = wanted, place, secondary
+        sought.add(where, unit, columns.places[at], low[at], high[at])

@@ -47,7 +47,7 @@ def runs_of(paths: Sequence[Path], name: str = "*") -> tb.Campaign:
     if not folders:
         return single
     more = tb.open_campaign(*folders, name=name)
-    return tb.Campaign([*single._plain(), *more._plain()], more.unreadable)
+    return tb.Campaign([*single._found, *more._found], more.unreadable)
 
 
 def path_of_catalogue(path: Path) -> bool:

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 from collections.abc import Sequence
 from typing import TYPE_CHECKING, Any
 
@@ -17,7 +18,7 @@ if TYPE_CHECKING:
     import pandas as pd
     import xarray as xr
 
-    from tabulon._catalogue_rows import PlainRows
+    from tabulon._catalogue_rows import Columns
     from tabulon._figures import FigureRow
     from tabulon._parallel import Outcome
     from tabulon._run import Run, VariableName
@@ -25,50 +26,60 @@ if TYPE_CHECKING:
 
 __all__ = ["dataset_of", "extremes_frame", "stats_frame"]
 
+_HEADS = ("group", "variable", "secondary", "unit")
+
 
 def stats_frame(
-    runs: Sequence[Run],
+    paths: Sequence[str],
     found: Sequence[Outcome],
     figures: Sequence[str],
-    plain: PlainRows | None = None,
+    columns: Columns | None = None,
 ) -> pd.DataFrame:
     """Return a row for each run, variable and secondary value.
 
     Parameters
     ----------
-    runs
-        The runs.
+    paths
+        The paths of the runs.
     found
         What became of each.
     figures
         The names of the figures.
-    plain
+    columns
         Rows of runs of which `found` tells nothing.
     """
     pandas = require("pandas", "pandas")
-    heads: list[tuple[Any, ...]] = list(plain.heads) if plain else []
-    columns: list[list[Any]] = [column.tolist() for column in plain.figures] if plain else []
-    columns = columns or [[] for _ in figures]
-    places: list[int] = plain.places.tolist() if plain else []
-    for place, outcome in enumerate(found):
-        if outcome.failure is not None or not outcome.value.rows:
-            continue
-        rows: list[FigureRow] = outcome.value.rows
-        run = runs[place]
-        name, path = run.name, run.path
-        for row in rows:
-            places.append(place)
-            heads.append((name, path, row.group, row.variable, row.secondary, row.unit))
-            for column, figure in zip(columns, row.figures, strict=True):
-                column.append(figure)
-    names = ["run", "path", "group", "variable", "secondary", "unit"]
-    frame = pandas.DataFrame(heads, columns=names)
-    for figure, column in zip(figures, columns, strict=True):
+    read: list[tuple[int, FigureRow]] = [
+        (place, row)
+        for place, outcome in enumerate(found)
+        if outcome.failure is None
+        for row in outcome.value.rows
+    ]
+    places = np.array([place for place, _ in read], dtype=np.intp)
+    heads: dict[str, NDArray[Any]] = {
+        name: _objects([getattr(row, name) for _, row in read]) for name in _HEADS
+    }
+    told: list[Any] = [[row.figures[f] for _, row in read] for f in range(len(figures))]
+    if columns is not None:
+        places = np.concatenate([columns.places, places])
+        heads = {name: np.concatenate([getattr(columns, name), heads[name]]) for name in _HEADS}
+        stored = columns.figures
+        told = [np.concatenate([one, more]) for one, more in zip(stored, told, strict=True)]
+    names = _objects([os.path.basename(path) for path in paths])  # noqa: PTH119 - of many
+    frame = pandas.DataFrame({"run": names[places], "path": _objects(paths)[places], **heads})
+    frame["secondary"] = frame["secondary"].infer_objects()
+    for figure, column in zip(figures, told, strict=True):
         frame[figure] = column
-    if plain and len(plain.places) < len(places):
-        order = np.argsort(places, kind="stable")
-        frame = frame.iloc[order].reset_index(drop=True)
+    if columns is not None and read and len(columns.places):
+        frame = frame.iloc[np.argsort(places, kind="stable")].reset_index(drop=True)
     return frame  # type: ignore[no-any-return]
+
+
+def _objects(values: Sequence[Any]) -> NDArray[np.object_]:
+    """Return things as an array of them, whatever they are."""
+    found = np.empty(len(values), dtype=object)
+    found[:] = values
+    return found
 
 
 def extremes_frame(
