@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import io
 import os
 from collections.abc import Callable, Iterator, Sequence
 from functools import partial
@@ -61,7 +60,7 @@ class Part(NamedTuple):
     def file(self) -> pq.ParquetFile:
         """Return the file, if it is the one that was opened."""
         if isinstance(self.source, bytes):
-            return opened(io.BytesIO(self.source), self.name)
+            return opened(self.source, self.name)
         if self.stamp is not None and stamp_of(self.source) != self.stamp:
             text = f"{self.source} has changed since it was opened: open it again"
             raise DataError(text, path=self.source)
@@ -223,10 +222,8 @@ class Catalogue(NamedTuple):
             for i in row_groups(file, variables=True):
                 with damage_told(part.name):
                     table = rows_named(file, i, wanted)
-                for row in table:
-                    place = int(part.places[row[0]])
-                    if place >= 0:
-                        yield Row.of(place, row)
+                    rows = [Row.of(int(part.places[row[0]]), row) for row in table]
+                yield from (row for row in rows if row.run >= 0)
 
     def _damaged(self, places: Sequence[int]) -> dict[int, list[tuple[str, str]]]:
         """Return what is damaged of these runs: text and path."""

@@ -9,14 +9,20 @@ meet the variables:
 
 Rows of groups and variables name their run by its number. ``file``, ``written`` (nanoseconds) and
 ``size`` are those of the termination file or the header; ``data_file`` and so on those of the data.
+
+Pages have checksums, as Parquet has them. The footer has none, and a reader that trusts a damaged
+one may fall over: so 25 bytes in front of it, which readers of Parquet pass over, seal it.
 """
 
 from __future__ import annotations
 
+import io
 import json
 import os
+import struct
+import zlib
 from collections.abc import Iterator, Sequence
-from contextlib import contextmanager
+from contextlib import closing, contextmanager
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 import numpy as np
@@ -50,6 +56,8 @@ __all__ = [
 VERSION = 1
 RUN, GROUP, VARIABLE = 0, 1, 2
 _KEY = b"tabulon.catalogue"
+_SEAL = struct.Struct("<17sII")  # key, version, checksum of all that follows
+_TAIL = 8  # bytes behind the footer: its length, and the mark of Parquet
 _DIFFERING = ("path", "text", "min", "max", "mean")
 _TEXTS = ("group", "variable", "secondary_label", "unit", "dtype")
 
@@ -171,21 +179,38 @@ def schema(listing: Any = None) -> pa.Schema:  # noqa: ANN401 - what JSON can ho
     fields += [pa.field(name, pa.string()) for name in ("error", "text")]
     fields += [pa.field(name, text) for name in _TEXTS]
     fields += [pa.field(name, pa.float64()) for name in ("secondary_value", "min", "max", "mean")]
-    told = json.dumps({"version": VERSION, "listing": listing})
-    return pa.schema(fields, metadata={_KEY: told.encode()})
+    return pa.schema(fields, metadata={_KEY: json.dumps(listing).encode()})
 
 
-def writer_of(stream: Any, made: pa.Schema) -> pq.ParquetWriter:  # noqa: ANN401 - a binary file
-    """Return what writes a catalogue; it looks for equal values where there are any."""
+@contextmanager
+def writer_of(stream: Any, made: pa.Schema) -> Iterator[pq.ParquetWriter]:  # noqa: ANN401 - a file
+    """Give what writes a catalogue; it looks for equal values where there are any."""
     parquet = require("pyarrow.parquet", "parquet")
-    return parquet.ParquetWriter(
-        stream,
-        made,
-        write_page_checksum=True,
-        use_dictionary=[
-            f.name for f in made if f.name not in ("min", "max", "mean", "path", "text")
-        ],
-    )
+    repeated = [field.name for field in made if field.name not in _DIFFERING]
+    with parquet.ParquetWriter(
+        stream, made, write_page_checksum=True, use_dictionary=repeated
+    ) as writer:
+        yield writer
+    footer = _footer(stream)
+    stream.seek(-len(footer), os.SEEK_END)
+    stream.write(_SEAL.pack(_KEY, VERSION, zlib.crc32(footer)) + footer)
+
+
+def _footer(stream: Any) -> bytes:  # noqa: ANN401 - a binary file
+    stream.seek(-_TAIL, os.SEEK_END)
+    size = _TAIL + int.from_bytes(stream.read(4), "little")
+    stream.seek(-size, os.SEEK_END)
+    return bytes(stream.read(size))
+
+
+def _version(stream: Any) -> int:  # noqa: ANN401 - a binary file
+    """Return the version of a catalogue whose footer is whole."""
+    footer = _footer(stream)
+    stream.seek(-len(footer) - _SEAL.size, os.SEEK_END)
+    key, version, checksum = _SEAL.unpack(stream.read(_SEAL.size))
+    if key != _KEY or checksum != zlib.crc32(footer):
+        raise ValueError("its seal is missing or broken")
+    return int(version)
 
 
 def tables_of(
@@ -248,8 +273,8 @@ def damage_told(name: str) -> Iterator[None]:
         raise DataError(f"{name} is no catalogue, or is damaged: {error}", path=name) from None
 
 
-def opened(source: Any, name: str) -> pq.ParquetFile:  # noqa: ANN401 - a path, or bytes
-    """Return the file of a catalogue.
+def opened(source: str | bytes, name: str) -> pq.ParquetFile:
+    """Return the file of a catalogue, given its path or its bytes.
 
     Raises
     ------
@@ -258,20 +283,21 @@ def opened(source: Any, name: str) -> pq.ParquetFile:  # noqa: ANN401 - a path, 
     """
     parquet = require("pyarrow.parquet", "parquet")
     with damage_told(name):
-        file = parquet.ParquetFile(source, pre_buffer=False, page_checksum_verification=True)
-        told = json.loads((file.schema_arrow.metadata or {})[_KEY])
-    version = told.get("version") if isinstance(told, dict) else None
+        stream = open(source, "rb") if isinstance(source, str) else io.BytesIO(source)  # noqa: PTH123, SIM115
+        with closing(stream):
+            version = _version(stream)
     if version != VERSION:
         raise DataError(
-            f"{name} is a catalogue of version {version!r}; this release reads {VERSION}",
-            path=name,
+            f"{name} is a catalogue of version {version}; this release reads {VERSION}", path=name
         )
-    return file
+    with damage_told(name):
+        given = source if isinstance(source, str) else io.BytesIO(source)
+        return parquet.ParquetFile(given, pre_buffer=False, page_checksum_verification=True)
 
 
 def listing_of(file: pq.ParquetFile) -> Any:  # noqa: ANN401 - what JSON can hold
     """Return how the runs of a catalogue were sought."""
-    return json.loads(file.schema_arrow.metadata[_KEY])["listing"]
+    return json.loads(file.schema_arrow.metadata[_KEY])
 
 
 def row_groups(file: pq.ParquetFile, variables: bool) -> Iterator[int]:

@@ -192,8 +192,11 @@ class _Words:
     def __init__(self, file: pq.ParquetFile, i: int, column: str) -> None:
         read = file.read_row_group(i, [column], use_threads=False)[column].combine_chunks()
         self.codes: NDArray[np.int32] = read.indices.fill_null(-1).to_numpy()
+        known = read.dictionary.to_pylist()
+        if None in known:
+            raise ValueError(f"column {column!r} has words that are none")
         # the last element stands for what is missing
-        self.texts = np.array([*read.dictionary.to_pylist(), None], dtype=object)
+        self.texts = np.array([*known, None], dtype=object)
 
     def at(self, rows: NDArray[Any]) -> NDArray[np.object_]:
         """Return the texts of some rows."""

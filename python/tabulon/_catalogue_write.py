@@ -66,7 +66,7 @@ def save(
     made = schema(None if listing is None else list(listing))
     unfinished = f"{path}.unfinished"
     try:
-        with open(unfinished, "wb") as stream:  # noqa: PTH123 - beside the others
+        with open(unfinished, "w+b") as stream:  # noqa: PTH123 - beside the others
             if known is None:
                 _write(stream, found, made, executor, progress)
             else:
