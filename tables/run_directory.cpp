@@ -109,32 +109,37 @@ void RunDirectory::GrowSlots() {
 }
 
 std::vector<RunFiles> RunDirectory::Runs() const {
-  std::vector<RunFiles> runs;
+  std::vector<Named> names;
   for (const Family& family : m_families) {
-    if (family.isRun) AddRuns(family, runs);
+    if (family.isRun) AddNames(family, names);
   }
-  std::sort(runs.begin(), runs.end(), [](const RunFiles& a, const RunFiles& b) {
-    return CompareNaturally(a.name, b.name) < 0;
-  });
+  std::sort(names.begin(), names.end(),
+            [](const Named& a, const Named& b) { return CompareNaturally(a.name, b.name) < 0; });
+  std::vector<RunFiles> runs;
+  runs.reserve(names.size());
+  for (const Named& run : names) runs.push_back(RunOf(run));
   return runs;
 }
 
 /// A run for each spelling of the base name that a termination file has.
-void RunDirectory::AddRuns(const Family& family, std::vector<RunFiles>& runs) const {
-  const std::size_t first = runs.size();
+void RunDirectory::AddNames(const Family& family, std::vector<Named>& names) const {
+  const std::size_t first = names.size();
   for (std::int32_t i = family.first; i >= 0; i = m_files[static_cast<std::size_t>(i)].next) {
     const File& file = m_files[static_cast<std::size_t>(i)];
     if (file.kind != Kind::kTermination) continue;
-    const bool isKnown = std::any_of(runs.begin() + static_cast<std::ptrdiff_t>(first), runs.end(),
-                                     [&](const RunFiles& run) { return run.name == StemOf(file); });
-    if (!isKnown) runs.push_back(RunOf(family, file));
+    const std::string_view name = StemOf(file);
+    const bool isKnown =
+        std::any_of(names.begin() + static_cast<std::ptrdiff_t>(first), names.end(),
+                    [&](const Named& run) { return run.name == name; });
+    if (!isKnown) names.push_back({name, &family});
   }
 }
 
-RunFiles RunDirectory::RunOf(const Family& family, const File& termination) const {
+RunFiles RunDirectory::RunOf(const Named& named) const {
+  const Family& family = *named.family;
   RunFiles run;
   run.directory = m_path;
-  run.name = StemOf(termination);
+  run.name = named.name;
   for (const bool exact : {true, false}) {  // files that spell the name as the run does come first
     for (std::int32_t i = family.first; i >= 0; i = m_files[static_cast<std::size_t>(i)].next) {
       const File& file = m_files[static_cast<std::size_t>(i)];

@@ -38,6 +38,11 @@ class RunDirectory {
     std::int32_t first = -1;
     bool isRun = false;
   };
+  /// A run by its name, with the files of that name in any case.
+  struct Named {
+    std::string_view name;
+    const Family* family;
+  };
 
   static Kind KindOf(std::string_view extension);
   void Take(const Sumara::DirectoryEntry& entry);
@@ -47,8 +52,8 @@ class RunDirectory {
     return std::string_view(m_names).substr(file.name, file.size);
   }
   std::string_view StemOf(const File& file) const { return NameOf(file).substr(0, file.stemSize); }
-  void AddRuns(const Family& family, std::vector<RunFiles>& runs) const;
-  RunFiles RunOf(const Family& family, const File& termination) const;
+  void AddNames(const Family& family, std::vector<Named>& names) const;
+  RunFiles RunOf(const Named& named) const;
   void AddFile(const File& file, bool isExact, RunFiles& run) const;
 
   std::string m_path;
