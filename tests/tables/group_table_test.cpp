@@ -175,17 +175,7 @@ TEST_F(TableTest, NoRoomIsMadeForWhatCannotBeRead) {
 TEST_F(TableTest, MostColumnsOfAGroupOfManyBlocksComeInAnyOrder) {
   constexpr std::size_t kRows = 60'001;
   constexpr std::size_t kVariables = 37;
-  std::string names;
-  std::string quantities;
-  for (std::size_t v = 0; v < kVariables; ++v) {
-    names += " v" + std::to_string(v);
-    quantities += " FL";
-  }
-  WriteHeader(HeaderText::OneAxis()
-                  .With("FORMAT", "I*2")
-                  .With("DIMENS", std::to_string(kVariables) + "\t" + std::to_string(kRows))
-                  .With("VARIAB", names)
-                  .With("VARUNIT", quantities));
+  WriteHeader(WideHeader(kVariables, kRows).With("FORMAT", "I*2"));
   std::vector<std::int16_t> words(kRows * kVariables);
   for (std::size_t i = 0; i < words.size(); ++i) words[i] = static_cast<std::int16_t>(i * 7);
   WriteWords(words);

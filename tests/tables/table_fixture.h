@@ -23,6 +23,20 @@ class TableTest : public testing::Test {
   std::string HeaderPath() const { return m_directory.Path("run.%01"); }
   std::string DataPath() const { return m_directory.Path("run.$01"); }
 
+  /// As `OneAxis`, with so many variables and points.
+  static HeaderText WideHeader(std::size_t variables, std::size_t points) {
+    std::string names;
+    std::string quantities;
+    for (std::size_t v = 0; v < variables; ++v) {
+      names += " v" + std::to_string(v);
+      quantities += " FL";
+    }
+    return HeaderText::OneAxis()
+        .With("DIMENS", std::to_string(variables) + "\t" + std::to_string(points))
+        .With("VARIAB", names)
+        .With("VARUNIT", quantities);
+  }
+
   void WriteHeader(const HeaderText& header) { m_directory.Write("run.%01", header.Text()); }
   template <class T>
   void WriteWords(const std::vector<T>& words) {
