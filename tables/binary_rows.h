@@ -93,7 +93,7 @@ class BinaryRows final : public RowReader<U> {
   Sumara::FileBlocks::Use UseOf(const ReadPlan& plan) const {
     constexpr std::uint64_t kFar = std::uint64_t{128} * 1024;
     constexpr std::uint64_t kSmall = std::uint64_t{1} << 20;
-    constexpr std::uint64_t kLarge = std::uint64_t{4} << 20;
+    constexpr std::uint64_t kLarge = std::uint64_t{2} << 20;
     constexpr std::uint64_t kTileRows = 256;
     const std::uint64_t row = std::min(m_places.stride, kLarge) * sizeof(T);
     const std::uint64_t span = (m_lastBase - m_firstBase + 1) * sizeof(T);

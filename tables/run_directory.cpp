@@ -16,6 +16,7 @@ using Sumara::EntryType;
 constexpr const char* kOpen = "directory_iterator::directory_iterator";
 constexpr const char* kAdvance = "directory_iterator::operator++";
 constexpr std::size_t kFirstSlots = 64;
+constexpr std::size_t kEntriesBetweenQuestions = 256;
 
 /// A link that leads nowhere, or in a circle, is no file.
 bool IsFile(const std::string& path, EntryType type) {
@@ -36,9 +37,13 @@ std::size_t HashNoCase(std::string_view text) {
 
 }  // namespace
 
-RunDirectory::RunDirectory(std::string path) : m_path(std::move(path)), m_slots(kFirstSlots, -1) {
+RunDirectory::RunDirectory(std::string path, const StopQuestion& stop)
+    : m_path(std::move(path)), m_slots(kFirstSlots, -1) {
   Sumara::DirectoryReader entries(m_path.empty() ? "." : m_path, kOpen);
-  while (const Sumara::DirectoryEntry* entry = entries.Next(kAdvance)) Take(*entry);
+  for (std::size_t i = 0; const auto* entry = entries.Next(kAdvance); ++i) {
+    Take(*entry);
+    if (i % kEntriesBetweenQuestions == 0) Ask(stop);
+  }
   std::sort(m_directories.begin(), m_directories.end(),
             [](const auto& a, const auto& b) { return CompareNaturally(a, b) < 0; });
 }

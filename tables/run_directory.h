@@ -15,8 +15,8 @@ namespace Tabulon {
 class RunDirectory {
  public:
   /// \param path with a trailing separator, or empty.
-  /// \throws std::filesystem::filesystem_error
-  explicit RunDirectory(std::string path);
+  /// \throws std::filesystem::filesystem_error, Stopped
+  RunDirectory(std::string path, const StopQuestion& stop);
 
   /// The runs, in the natural order of their names.
   std::vector<RunFiles> Runs() const;

@@ -62,9 +62,12 @@ void ListRuns(const std::string& root, const ListOptions& options,
     pending.pop_back();
     Ask(stop);
     try {
-      const RunDirectory directory(path);
+      const RunDirectory directory(path, stop);
       for (RunFiles& run : directory.Runs()) {
-        if (options.completion) run.state = StateOf(run);
+        if (options.completion) {
+          Ask(stop);
+          run.state = StateOf(run);
+        }
         visit(std::move(run));
       }
       if (!options.recursive) continue;
@@ -78,11 +81,13 @@ void ListRuns(const std::string& root, const ListOptions& options,
   }
 }
 
-std::optional<RunFiles> FindRun(const std::string& path, bool completion) {
+std::optional<RunFiles> FindRun(const std::string& path, bool completion,
+                                const StopQuestion& stop) {
   const std::string directory = Sumara::DirectoryOf(path);
   RequireDirectory(directory.empty() ? "." : directory);
   try {
-    std::optional<RunFiles> run = Chosen(RunDirectory(directory).Runs(), Sumara::FileNameOf(path));
+    std::optional<RunFiles> run =
+        Chosen(RunDirectory(directory, stop).Runs(), Sumara::FileNameOf(path));
     if (run && completion) run->state = StateOf(*run);
     return run;
   } catch (const std::filesystem::filesystem_error& failure) {

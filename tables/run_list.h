@@ -58,8 +58,10 @@ void ListRuns(const std::string& root, const ListOptions& options,
 
 /// The files of the run to which `path` leads: that of any of its files, or without an extension.
 /// Its directory alone is listed. A base name in another case serves if there is no exact one.
-/// \return none if there is no termination file. \throws TableError 139 if there is no directory.
-std::optional<RunFiles> FindRun(const std::string& path, bool completion = false);
+/// \return none if there is no termination file.
+/// \throws TableError 139 if there is no directory, 5009 if it cannot be listed; Stopped.
+std::optional<RunFiles> FindRun(const std::string& path, bool completion = false,
+                                const StopQuestion& stop = {});
 
 /// How a run ended, by the text of its termination file. \throws TableError 5000, 5009
 SumaraApi::CompletionState CompletionOf(const std::string& terminationPath);

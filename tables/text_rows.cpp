@@ -12,7 +12,8 @@
 namespace Tabulon {
 namespace {
 
-constexpr std::uint64_t kLinesBetweenQuestions = 4096;
+constexpr std::uint64_t kLinesBetweenQuestions = 256;
+constexpr std::uint64_t kBytesBetweenQuestions = std::uint64_t{1} << 20;
 
 /// `order` applied to `items`.
 template <class Item>
@@ -83,20 +84,37 @@ SteadyStart TextRows<U>::Restart() {
 template <class U>
 void TextRows<U>::Read(const Sumara::RowRange& rows, std::span<U* const> columns,
                        const StopQuestion& stop) {
+  Ask(stop);
   for (std::uint64_t i = 0; i < rows.count; ++i) {
-    ReadRow(rows.first + i * rows.step, i, columns);
-    if (i % kLinesBetweenQuestions == 0) Ask(stop);
+    ReadRow(rows.first + i * rows.step, i, columns, stop);
   }
 }
 
+/// Reads a line, with questions on the way to it.
 template <class U>
-void TextRows<U>::ReadRow(std::uint64_t row, std::uint64_t at, std::span<U* const> columns) {
+std::string_view TextRows<U>::LineAt(std::uint64_t line, const StopQuestion& stop) {
+  while (!m_file.IsUniform() && m_file.GetLineNumber() + kLinesBetweenQuestions < line) {
+    m_file.SeekLine(m_file.GetLineNumber() + kLinesBetweenQuestions);
+    Ask(stop);
+  }
+  const std::string_view text = m_file.LineAt(line);
+  m_unasked += text.size();
+  if (m_unasked >= kBytesBetweenQuestions) {
+    m_unasked = 0;
+    Ask(stop);
+  }
+  return text;
+}
+
+template <class U>
+void TextRows<U>::ReadRow(std::uint64_t row, std::uint64_t at, std::span<U* const> columns,
+                          const StopQuestion& stop) {
   const std::uint64_t lineCount = m_contents.layout.LinesPerPoint();
   const std::uint64_t first = m_contents.layout.headerRecords + row * lineCount;
   for (std::uint64_t line = 0; line < lineCount; ++line) {
     std::string_view text;
     try {
-      text = m_file.LineAt(first + line);
+      text = LineAt(first + line, stop);
     } catch (const CExceptionBase& cause) {
       if (m_file.GetLength() != 0 && !m_file.IsGood()) throw MissingRow(m_contents, row);
       throw BadRow(m_contents, row, cause.what(), {});
@@ -145,7 +163,7 @@ Rows TextRows<U>::Count(const StopQuestion& stop) {
   while (whole && m_file.IsGood()) {
     std::string_view text;
     try {
-      text = m_file.LineAt(m_contents.layout.headerRecords + lines);
+      text = LineAt(m_contents.layout.headerRecords + lines, stop);
     } catch (const CIOException&) {
       break;  // the end
     }
@@ -156,7 +174,6 @@ Rows TextRows<U>::Count(const StopQuestion& stop) {
               lines + 1 == m_contents.RowsExpected() * lineCount;
     }
     if (whole) ++lines;
-    if (lines % kLinesBetweenQuestions == 0) Ask(stop);
   }
   rows.found = lines / lineCount;
   rows.torn = !whole || lines % lineCount != 0;

@@ -39,14 +39,17 @@ class TextRows final : public RowReader<U> {
   };
 
   void Want(std::size_t column, const WantedColumn& wanted);
-  void ReadRow(std::uint64_t row, std::uint64_t at, std::span<U* const> columns);
+  std::string_view LineAt(std::uint64_t line, const StopQuestion& stop);
+  void ReadRow(std::uint64_t row, std::uint64_t at, std::span<U* const> columns,
+               const StopQuestion& stop);
   std::uint64_t TakeLine(std::string_view text, std::uint64_t line);
   bool IsTorn(std::uint64_t row) const;
 
   const HeaderContents& m_contents;
   Watched<CReader<U, U>> m_file;
   std::vector<WantedLine> m_lines;
-  bool m_isFresh = true;  ///< opened, and not read yet
+  bool m_isFresh = true;        ///< opened, and not read yet
+  std::uint64_t m_unasked = 0;  ///< bytes since the last question
   std::optional<Sumara::FileLease> m_lease;
 };
 

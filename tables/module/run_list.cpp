@@ -91,7 +91,7 @@ void AddRunList(nb::module_& module) {
       "find_run",
       [](const PathArgument& path, bool completion) {
         const nb::gil_scoped_release unlocked;
-        return FindRun(path.bytes, completion);
+        return FindRun(path.bytes, completion, SignalWaits());
       },
       "path"_a, "completion"_a = false,
       "The files of one run: the path of any of them, or one without extension.\n\n"

@@ -273,6 +273,23 @@ TEST_F(TableTest, AStopEndsTheCall) {
   EXPECT_THROW(Table().Reduce({.variables = {0}}, stop), Stopped);
 }
 
+TEST_F(TableTest, TheWayToAFarLineOfTextCanBeStopped) {
+  constexpr int kLines = 5'000;
+  WriteHeader(HeaderText::OneAxis().With("ACCESS", "S").With("DIMENS", "2\t5000"));
+  std::string text;
+  for (int line = 0; line < kLines; ++line) text += "1 " + std::to_string(line) + "\n";
+  WriteText(text);
+  int questions = 0;
+  std::vector<float> value(1);
+  const Selection last{.variables = {1}, .first = kLines - 1, .count = 1};
+  const std::span<float> target(value);
+  Table().Read<float>(last, target, [&] { return ++questions < 0; });
+  EXPECT_EQ(value.front(), 4999.0F);
+  EXPECT_GT(questions, 15);
+  questions = 0;
+  EXPECT_THROW(Table().Read<float>(last, target, [&] { return ++questions == 10; }), Stopped);
+}
+
 TEST_F(TableTest, FiguresAreThoseOfTheHeader) {
   WriteHeader(HeaderText::OneAxis().Append(
       {"ULOADS 1 2", "  3 4", "  5 6", "  7 8", "MAXTIME 10 20", "MINTIME 30 40", "MEAN 0.5 1.5"}));

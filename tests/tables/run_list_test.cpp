@@ -138,6 +138,22 @@ TEST_F(RunListTest, ADirectoryThatCannotBeListedIsToldAndTheWalkGoesOn) {
   EXPECT_EQ(m_unreadable[0].text, "Permission denied");
 }
 
+TEST_F(RunListTest, AStopEndsTheWalkWithinADirectory) {
+  for (int i = 0; i < 600; ++i) Touch("run_" + std::to_string(i) + ".$TE");
+  const auto nothing = [](auto&&) {};
+  int questions = 0;
+  const auto third = [&] { return ++questions == 3; };
+  EXPECT_THROW(ListRuns(m_directory.Path(), {}, nothing, nothing, third), Stopped);
+  questions = 0;
+  EXPECT_THROW(FindRun(m_directory.Path("run_7"), false, third), Stopped);
+  int runs = 0;
+  EXPECT_THROW(ListRuns(
+                   m_directory.Path(), {.recursive = true, .completion = true},
+                   [&](RunFiles&&) { ++runs; }, nothing, [&] { return runs == 5; }),
+               Stopped);
+  EXPECT_EQ(runs, 5);
+}
+
 TEST_F(RunListTest, AMissingRootIsAFailureAndAStopEndsTheWalk) {
   const auto nothing = [](auto&&) {};
   try {
