@@ -11,15 +11,18 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Any, Literal, overload
 
 from tabulon._choice import Choice, Kind, kind_of, several
+from tabulon._errors import RunNotFoundError
 from tabulon._figures import (
     IN_HEADERS,
+    AtExtreme,
     Figure,
     bounds_of_run,
-    figure_name,
+    figure_names,
     figures_of_run,
     values_at_extreme,
 )
 from tabulon._kept import Kept, outcomes_of, plain
+from tabulon._optional import require
 from tabulon._parallel import Failure, Outcome, failure_of
 from tabulon._public import public
 from tabulon._results import Results, failure_record
@@ -76,6 +79,9 @@ def open_campaign(
         known, listing = Catalogue.opened(_absolute(roots[0]))
         campaign = Campaign([(path, None) for path in known.paths], (), listing, known)
         return campaign._named(name, regex)
+    for root in roots:
+        if Path(root).is_file():
+            raise RunNotFoundError(f"{os.fspath(root)!r} is a file: a catalogue is opened alone")
     listing = Listing(tuple(map(_absolute, roots)), name, regex, recursive)
     return Campaign(*listing.found(), listing)
 
@@ -182,7 +188,9 @@ class Campaign(Sequence[Run]):
         ['idling_live', 'power_curve']
         """
         campaign = self if name is None else self._named(name, None)
-        choice = Choice(ok, several(state), several(calculation), where)
+        choice = Choice(
+            ok, several(state, CompletionState), several(calculation, CalculationType), where
+        )
         if campaign._known is not None:
             kinds = campaign._known.kinds()
             campaign = campaign._chosen([p for p, kind in enumerate(kinds) if choice.of_kind(kind)])
@@ -254,13 +262,15 @@ class Campaign(Sequence[Run]):
         """
         if errors not in ("collect", "raise"):
             raise ValueError(f"errors is 'collect' or 'raise', not {errors!r}")
+        if not callable(function):
+            raise TypeError(f"map takes a function of a run, not {function!r}")
         found = outcomes_of(function, self._found, executor, progress, errors == "raise")
         return Results(self, found)
 
     def stats(
         self,
         variables: VariableName | Sequence[VariableName],
-        figures: Sequence[Figure] = ("min", "max", "mean", "std"),
+        figures: Figure | Sequence[Figure] = ("min", "max", "mean", "std"),
         *,
         verify: bool | None = None,
         executor: Executor | None = None,
@@ -300,8 +310,10 @@ class Campaign(Sequence[Run]):
         """
         from tabulon._export.campaign import stats_frame
 
-        keys, asked = _keys(variables), tuple(figures)
-        names = [figure_name(figure) for figure in asked]
+        require("pandas", "pandas")  # before the work
+        keys = _keys(variables)
+        asked = (figures,) if isinstance(figures, str) or callable(figures) else tuple(figures)
+        names = figure_names(asked)
         verify = self._known is None if verify is None else verify
         work = partial(figures_of_run, variables=keys, figures=asked, verify=verify)
         columns, told = None, None
@@ -337,7 +349,8 @@ class Campaign(Sequence[Run]):
         pandas.DataFrame
             Two rows for each variable and secondary value: `variable`, `secondary`, `kind` ("max"
             or "min"), `value`, `unit`, `run`, `path`, `time` (the value of the primary axis), and
-            a column for each of `also`: its value in that row. The run is found by the figures of
+            a column for each of `also`: its value in that row, missing where the run has none,
+            which is a failure too. The run is found by the figures of
             the headers, what is told of it comes from its data. ``attrs["units"]`` has the units of
             the columns, ``attrs["failures"]`` is as of ``stats``.
 
@@ -352,6 +365,7 @@ class Campaign(Sequence[Run]):
         from tabulon._export.campaign import extremes_frame
         from tabulon._ultimate import Ultimate, ultimates
 
+        require("pandas", "pandas")  # before the work
         keys, others = _keys(variables), _keys(also)
         verify = self._known is None if verify is None else verify
         work = partial(bounds_of_run, variables=keys, verify=verify)
@@ -361,15 +375,16 @@ class Campaign(Sequence[Run]):
         found = self._completed(told, work, executor, progress)
         failures = self._failures(found)
 
-        def read(run: int, one: Ultimate) -> tuple[float, Any, list[Any]]:
+        def read(run: int, one: Ultimate) -> AtExtreme:
             return values_at_extreme(self[run], one.key, one.place, one.largest, others)
 
         rows = []
         for one in ultimates(keys, found, columns):
             row, missed = one.settled(read)
-            failures += [failure_record(self[run], failure_of(error)) for run, error in missed]
             if row is not None:
                 rows.append(row)
+                missed += [(row.run, error) for error in row.found.missed]
+            failures += [failure_record(self[run], failure_of(error)) for run, error in missed]
         return self._told(extremes_frame(self, rows, others), failures)
 
     def _completed(
@@ -492,7 +507,8 @@ class Campaign(Sequence[Run]):
         return [unknown if one.failure else one.value for one in found]
 
     def __repr__(self) -> str:
-        where = f" in {os.path.commonpath(self._paths())!r}" if self._found else ""
+        folders = {os.path.dirname(path) for path, _ in self._found}  # noqa: PTH120 - of many
+        where = f" in {os.path.commonpath(folders)!r}" if folders else ""
         return f"<tabulon.Campaign of {len(self):,} runs{where}>"
 
     def __str__(self) -> str:

@@ -55,7 +55,8 @@ class Part(NamedTuple):
     name: str
     """What it is called in messages."""
     places: NDArray[np.int32]
-    """By the number of a run in the file; -1 for a run that is not in the campaign."""
+    """By the number of a run in the file; -1 for a run that is not in the campaign. Empty while
+    it is not known which runs there are."""
 
     def file(self) -> pq.ParquetFile:
         """Return the file, if it is the one that was opened."""
@@ -69,9 +70,15 @@ class Part(NamedTuple):
     def rows(self, columns: Sequence[str], variables: bool) -> Iterator[pa.Table]:
         """Give the rows of variables, or those of runs and groups, block by block."""
         file = self.file()
-        for i in row_groups(file, variables):
+        for i in self.blocks(file, variables):
             with damage_told(self.name):
                 yield file.read_row_group(i, list(columns), use_threads=False)
+
+    def blocks(self, file: pq.ParquetFile, variables: bool) -> Iterator[int]:
+        """Give the row groups of variables, or those of runs and groups, that are of use."""
+        for i, runs in row_groups(file, variables):
+            if not len(self.places) or (self.places[runs] >= 0).any():
+                yield i
 
 
 def moved(parts: Sequence[Part], new: NDArray[np.int32]) -> list[Part]:
@@ -187,7 +194,7 @@ class Catalogue(NamedTuple):
         blocks = []
         for part in self.parts:
             file = part.file()
-            for i in row_groups(file, variables=True):
+            for i in part.blocks(file, variables=True):
                 with damage_told(part.name):
                     blocks.append(blocks_of(file, i, keys, figures, part.places))
         odd = odd_places(blocks, len(keys), len(self.paths))
@@ -219,7 +226,7 @@ class Catalogue(NamedTuple):
         """Give the rows of variables of these names, in any case."""
         for part in self.parts:
             file = part.file()
-            for i in row_groups(file, variables=True):
+            for i in part.blocks(file, variables=True):
                 with damage_told(part.name):
                     table = rows_named(file, i, wanted)
                     rows = [Row.of(int(part.places[row[0]]), row) for row in table]

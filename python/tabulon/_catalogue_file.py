@@ -205,9 +205,12 @@ def _footer(stream: Any) -> bytes:  # noqa: ANN401 - a binary file
 
 def _version(stream: Any) -> int:  # noqa: ANN401 - a binary file
     """Return the version of a catalogue whose footer is whole."""
-    footer = _footer(stream)
-    stream.seek(-len(footer) - _SEAL.size, os.SEEK_END)
-    key, version, checksum = _SEAL.unpack(stream.read(_SEAL.size))
+    try:
+        footer = _footer(stream)
+        stream.seek(-len(footer) - _SEAL.size, os.SEEK_END)
+        key, version, checksum = _SEAL.unpack(stream.read(_SEAL.size))
+    except OSError:  # a place in front of the file
+        raise ValueError("it is too short") from None
     if key != _KEY or checksum != zlib.crc32(footer):
         raise ValueError("its seal is missing or broken")
     return int(version)
@@ -300,10 +303,11 @@ def listing_of(file: pq.ParquetFile) -> Any:  # noqa: ANN401 - what JSON can hol
     return json.loads(file.schema_arrow.metadata[_KEY])
 
 
-def row_groups(file: pq.ParquetFile, variables: bool) -> Iterator[int]:
-    """Give the row groups of variables, or those of runs and groups."""
-    level = file.schema_arrow.get_field_index("level")
+def row_groups(file: pq.ParquetFile, variables: bool) -> Iterator[tuple[int, slice]]:
+    """Give the row groups of variables, or those of runs and groups, with the runs they are of."""
+    level, run = map(file.schema_arrow.get_field_index, ("level", "run"))
     for i in range(file.num_row_groups):
-        statistics = file.metadata.row_group(i).column(level).statistics
-        if statistics is None or (statistics.max == VARIABLE) == variables:
-            yield i
+        group = file.metadata.row_group(i)
+        levels, runs = group.column(level).statistics, group.column(run).statistics
+        if levels is None or (levels.max == VARIABLE) == variables:
+            yield i, slice(None) if runs is None else slice(runs.min, runs.max + 1)

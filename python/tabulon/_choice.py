@@ -5,7 +5,7 @@ from __future__ import annotations
 from collections.abc import Callable, Iterable
 from typing import NamedTuple, TypeVar
 
-from tabulon._errors import TabulonError
+from tabulon._errors import DataError, TabulonError
 from tabulon._run import Run
 from tabulon._vocabulary import CalculationType, CompletionState
 
@@ -20,11 +20,22 @@ def kind_of(run: Run) -> Kind:
     return run.state, run.calculation
 
 
-def several(wanted: Word | Iterable[Word] | None) -> frozenset[Word] | None:
-    """Return words, of which one may be given alone."""
+def several(wanted: Word | Iterable[Word] | None, word: type[Word]) -> frozenset[Word] | None:
+    """Return words, of which one may be given alone.
+
+    Raises
+    ------
+    DataError
+        If one is none of a run: a text, or a filter of searches.
+    """
     if wanted is None:
         return None
-    return frozenset([wanted] if isinstance(wanted, int) else wanted)
+    given: list[object] = [wanted] if isinstance(wanted, int | str) else list(wanted)
+    known = [one for one in word if one >= -1]
+    for one in given:
+        if one not in known:
+            raise DataError(f"no run is of {one!r}: {word.__name__} has the words for runs")
+    return frozenset(one for one in known if one in given)
 
 
 class Choice(NamedTuple):

@@ -25,7 +25,7 @@ __all__ = [
     "RunFigures",
     "bounds_of_run",
     "check_rows",
-    "figure_name",
+    "figure_names",
     "figures_of_run",
     "furthest",
     "values_at_extreme",
@@ -35,6 +35,7 @@ Figure = str | Callable[[NDArray[Any]], Any]
 
 IN_HEADERS = ("min", "max", "mean")
 _IN_DATA = {"min": "minimum", "max": "maximum", "mean": "mean", "std": "deviation"}
+_OTHER_COLUMNS = ("run", "path", "group", "variable", "secondary", "unit")
 # Digits behind the first one that a header writes, by the type of the data.
 _DIGITS = {"float32": 7, "float64": 15, "int32": 7}
 # More numbers of a type than this are never written alike.
@@ -60,14 +61,29 @@ class RunFigures(NamedTuple):
     failures: list[Failure]
 
 
-def figure_name(figure: Figure) -> str:
-    """Return the name of a figure: that of its column."""
-    if isinstance(figure, str):
-        if figure not in _IN_DATA:
-            known = ", ".join(map(repr, _IN_DATA))
-            raise DataError(f"no figure {figure!r}; there are {known}, or give a function")
-        return figure
-    return str(getattr(figure, "__name__", type(figure).__name__))
+def figure_names(figures: Sequence[Figure]) -> list[str]:
+    """Return the names of figures: those of their columns.
+
+    Raises
+    ------
+    DataError
+        If there is no such figure, or a name stands for two columns.
+    """
+    names = [_figure_name(figure) for figure in figures]
+    for place, name in enumerate(names):
+        if name in names[:place] or name in _OTHER_COLUMNS:
+            text = f"two columns would be named {name!r}; the __name__ of a function names its own"
+            raise DataError(text)
+    return names
+
+
+def _figure_name(figure: Figure) -> str:
+    if callable(figure):
+        return str(getattr(figure, "__name__", type(figure).__name__))
+    if figure not in _IN_DATA:
+        known = ", ".join(map(repr, _IN_DATA))
+        raise DataError(f"no figure {figure!r}; there are {known}, or give a function")
+    return figure
 
 
 def check_rows(group: Group) -> None:
@@ -254,10 +270,22 @@ def furthest(values: NDArray[np.float64], dtype: str, end: float) -> NDArray[np.
         return np.asarray(wider(found.astype(np.float64), values))
 
 
+class AtExtreme(NamedTuple):
+    """An extreme as the data has it."""
+
+    value: float
+    axis_value: Any
+    """The value of the primary axis where it stands."""
+    others: list[Any]
+    """Of other variables in that row; None where there is none."""
+    missed: list[Exception]
+    """Why there is none."""
+
+
 def values_at_extreme(
     run: Run, key: VariableName, place: int, largest: bool, also: Sequence[VariableName]
-) -> tuple[float, Any, list[Any]]:
-    """Return an extreme as the data has it: value, value of the axis, and others in that row.
+) -> AtExtreme:
+    """Return an extreme as the data has it, and what others did then.
 
     Parameters
     ----------
@@ -275,15 +303,20 @@ def values_at_extreme(
     Raises
     ------
     DataError
-        If data cannot be read, or another variable is on another axis.
+        If data of the variable cannot be read.
     """
     variable = run[key]
     values = variable[:, place] if len(variable.dims) > 1 else variable.values
     finite = np.where(np.isfinite(values), values, -np.inf if largest else np.inf)
     row = int(finite.argmax() if largest else finite.argmin())
-    axis = variable.axes[0]
-    others = [_value_beside(run, variable, other, row, place) for other in also]
-    return float(values[row]), axis.values[row].item(), others
+    found = AtExtreme(float(values[row]), variable.axes[0].values[row].item(), [], [])
+    for other in also:
+        try:
+            found.others.append(_value_beside(run, variable, other, row, place))
+        except Exception as error:
+            found.others.append(None)
+            found.missed.append(error)
+    return found
 
 
 def _value_beside(run: Run, variable: Variable, key: VariableName, row: int, place: int) -> Any:  # noqa: ANN401

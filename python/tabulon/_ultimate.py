@@ -9,7 +9,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 from tabulon._errors import DataError
-from tabulon._figures import Bounds, furthest
+from tabulon._figures import AtExtreme, Bounds, furthest
 from tabulon._parallel import Outcome
 from tabulon._run import VariableName
 
@@ -24,9 +24,7 @@ class Settled(NamedTuple):
 
     one: Ultimate
     run: int
-    value: float
-    axis_value: Any
-    others: list[Any]
+    found: AtExtreme
 
 
 class Ultimate:
@@ -58,7 +56,7 @@ class Ultimate:
         self._bounds.append(signed[has])
 
     def settled(
-        self, read: Callable[[int, Ultimate], tuple[float, Any, list[Any]]]
+        self, read: Callable[[int, Ultimate], AtExtreme]
     ) -> tuple[Settled | None, list[tuple[int, Exception]]]:
         """Return the extreme, and the runs that could not be read.
 
@@ -68,17 +66,17 @@ class Ultimate:
         Parameters
         ----------
         read
-            Gives the extreme of a run: value, value of the axis, values of other variables.
+            Gives the extreme of a run.
         """
         best: Settled | None = None
         failed: list[tuple[int, Exception]] = []
         for run, bound in self._in_order():
             if best is not None and not self._may_win(run, bound, best):
-                if bound < self._signed(best.value):
+                if bound < self._signed(best.found.value):
                     break
                 continue
             try:
-                found = Settled(self, run, *read(run, self))
+                found = Settled(self, run, read(run, self))
             except Exception as error:
                 failed.append((run, error))
                 continue
@@ -96,11 +94,11 @@ class Ultimate:
         return value if self.largest else -value
 
     def _may_win(self, run: int, bound: float, best: Settled) -> bool:
-        value = self._signed(best.value)
+        value = self._signed(best.found.value)
         return bound > value or (bound == value and run < best.run)
 
     def _wins(self, found: Settled, best: Settled) -> bool:
-        mine, other = self._signed(found.value), self._signed(best.value)
+        mine, other = self._signed(found.found.value), self._signed(best.found.value)
         return mine > other or (mine == other and found.run < best.run)
 
 

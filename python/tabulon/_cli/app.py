@@ -7,11 +7,11 @@ from typing import NoReturn
 
 import typer
 
-from tabulon._cli.exits import WRONG_USE
+from tabulon._cli.exits import BROKEN, WRONG_USE
 from tabulon._cli.files import catalogue, export, plot
 from tabulon._cli.numbers import extremes, stats
 from tabulon._cli.runs import check, info, ls, watch
-from tabulon._cli.show import BROKEN
+from tabulon._cli.show import tell
 from tabulon._errors import DataError, TabulonError
 
 __all__ = ["app", "run"]
@@ -42,10 +42,12 @@ def run() -> NoReturn:
     except BrokenPipeError:  # the reader of a pipe has seen enough
         sys.stderr.close()
         sys.exit(0)
+    except OSError as error:  # a file that cannot be written
+        fail(str(error), WRONG_USE)
     sys.exit(0)
 
 
 def fail(text: str, status: int) -> NoReturn:
     """End with a line on standard error."""
-    print(f"tabulon: {text}", file=sys.stderr)
+    tell(text)
     sys.exit(status)

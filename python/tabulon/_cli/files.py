@@ -3,18 +3,18 @@
 from __future__ import annotations
 
 import sys
+from collections.abc import Iterator
 from pathlib import Path
 from typing import Annotated, Any
 
 import typer
 
 import tabulon as tb
-from tabulon._cli.show import end, names_of
+from tabulon._cli.show import Name, OneRun, end, names_of, tell_unreadable
 from tabulon._optional import require
 
 __all__ = ["catalogue", "export", "plot"]
 
-OneRun = Annotated[Path, typer.Argument(help="A run: its path, or any of its files.")]
 Some = Annotated[list[str] | None, typer.Argument(help="Names of variables; all if none is named.")]
 
 
@@ -29,6 +29,10 @@ def plot(
         raise typer.BadParameter(f"{output} is neither .png nor .svg")
     opened = tb.open_run(run)
     found = [opened[key] for key in names_of(variables)]
+    try:
+        found = found if unit is None else [variable.to(unit) for variable in found]
+    except tb.DataError as error:
+        raise typer.BadParameter(str(error)) from None
     matplotlib = require("matplotlib", "plot")
     matplotlib.use("Agg")
     pyplot = require("matplotlib.pyplot", "plot")
@@ -36,7 +40,7 @@ def plot(
         len(found), 1, figsize=(9, 2.6 * len(found) + 0.6), squeeze=False, layout="constrained"
     )
     for ax, variable in zip(axes[:, 0], found, strict=True):
-        variable.plot(ax=ax, unit=unit)
+        variable.plot(ax=ax)
     figure.savefig(output)
     pyplot.close(figure)
 
@@ -57,15 +61,24 @@ def export(
 def _frame(run: tb.Run, variables: list[str] | None) -> Any:  # noqa: ANN401 - a DataFrame
     keys: list[Any] = names_of(variables) if variables else []
     if not keys:
-        keys = [(group.number, name) for group in run.groups.values() for name in group]
+        found = run.variables()
+        names = [variable.name for variable in found]
+        keys = [
+            one.name if names.count(one.name) == 1 else (one.group.number, one.name)
+            for one in found
+        ]
     frame = run.to_pandas(keys)
-    frame.columns = [_column(name) for name in frame.columns]
+    frame.columns = [" ".join(_words(name)) for name in frame.columns]
     return frame
 
 
-def _column(name: Any) -> str:  # noqa: ANN401 - a name, or several
-    parts = name if isinstance(name, tuple) else (name,)
-    return " ".join(str(part) for part in parts if part is not None and str(part))
+def _words(name: object) -> Iterator[str]:
+    """Give the words of a column: of a name, or of group, name and secondary value."""
+    if isinstance(name, tuple):
+        for part in name:
+            yield from _words(part)
+    elif name is not None and str(name):
+        yield str(name)
 
 
 def _parquet(run: tb.Run, variables: list[str] | None, file: Path) -> None:
@@ -92,7 +105,7 @@ def _netcdf(run: tb.Run, variables: list[str] | None, file: Path) -> None:
 def catalogue(
     directory: Annotated[Path, typer.Argument(help="Where the runs are.")],
     file: Annotated[Path, typer.Argument(help="The catalogue: a .parquet file.")],
-    name: Annotated[str, typer.Option(help="Only runs of names that match.")] = "*",
+    name: Name = "*",
     refresh: Annotated[
         bool, typer.Option("--refresh", help="Read only what has changed since the file was made.")
     ] = False,
@@ -104,6 +117,5 @@ def catalogue(
         campaign = tb.open_campaign(directory, name=name)
     campaign.save(file)
     print(f"{len(campaign):,} runs in {file}", file=sys.stderr)
-    for one in campaign.unreadable:
-        print(f"tabulon: {one.path}: {one.text}", file=sys.stderr)
+    tell_unreadable(campaign)
     end(campaign.unreadable)

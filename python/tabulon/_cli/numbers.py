@@ -2,29 +2,32 @@
 
 from __future__ import annotations
 
-from pathlib import Path
 from typing import Annotated
 
 import typer
 
 from tabulon._cli.show import (
     Json,
+    Name,
+    PathOfRuns,
     names_of,
+    plain_name,
     records_of,
     runs_of,
     show,
     tell_failures,
     without_warnings,
 )
+from tabulon._names import did_you_mean
 
 __all__ = ["extremes", "stats"]
 
-PathOfRuns = Annotated[Path, typer.Argument(help="A directory, a run, or a catalogue.")]
 Variables = Annotated[
     list[str], typer.Argument(help="Names of variables; GROUP::NAME where a name is not enough.")
 ]
-Name = Annotated[str, typer.Option(help="Only runs of names that match, such as 'dlc12*'.")]
 Verify = Annotated[bool, typer.Option(help="Look at the size of each data file first.")]
+
+_FIGURES = ("min", "max", "mean", "std")
 
 
 def stats(
@@ -36,13 +39,17 @@ def stats(
     as_json: Json = False,
 ) -> None:
     """Tell figures of variables of all runs."""
+    names, wanted = names_of(variables), [one.strip() for one in figures.split(",")]
+    for figure in wanted:
+        if figure not in _FIGURES:
+            hint = did_you_mean(figure, _FIGURES) or f"; there are {', '.join(_FIGURES)}"
+            raise typer.BadParameter(f"no figure {figure!r}{hint}")
     with without_warnings():
-        table = runs_of([path], name).stats(
-            names_of(variables), [one.strip() for one in figures.split(",")], verify=verify
-        )
+        table = runs_of([path], name).stats(names, wanted, verify=verify)
     records = records_of(table)
     show(records, as_json)
-    tell_failures(table.attrs["failures"], records)
+    told = {str(one).casefold() for one in table["variable"]}
+    tell_failures(table.attrs["failures"], {plain_name(one).casefold() for one in names} - told)
 
 
 def extremes(
@@ -56,10 +63,12 @@ def extremes(
     as_json: Json = False,
 ) -> None:
     """Tell the extremes over all runs, and where they stand."""
+    names, others = names_of(variables), names_of(also or [])
     with without_warnings():
-        table = runs_of([path], name).extremes(
-            names_of(variables), names_of(also or []), verify=verify
-        )
+        table = runs_of([path], name).extremes(names, others, verify=verify)
     records = records_of(table)
     show(records, as_json)
-    tell_failures(table.attrs["failures"], records)
+    told = {str(one).casefold() for one in table["variable"]}
+    unanswered = {plain_name(one).casefold() for one in names} - told
+    unanswered |= {plain_name(one) for one in others if table[one].isna().all()}
+    tell_failures(table.attrs["failures"], unanswered)

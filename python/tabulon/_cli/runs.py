@@ -4,20 +4,15 @@ from __future__ import annotations
 
 import sys
 import time
-from pathlib import Path
 from typing import Annotated, Any
 
 import typer
 
 import tabulon as tb
-from tabulon._cli.show import Json, end, runs_of, show
+from tabulon._cli.show import Json, Name, OneRun, Paths, end, runs_of, show, tell_unreadable
 from tabulon._names import did_you_mean
 
 __all__ = ["check", "info", "ls", "watch"]
-
-Paths = Annotated[list[Path], typer.Argument(help="Directories, runs, or a catalogue.")]
-OneRun = Annotated[Path, typer.Argument(help="A run: its path, or any of its files.")]
-Name = Annotated[str, typer.Option(help="Only runs of names that match, such as 'dlc12*'.")]
 
 
 def ls(
@@ -35,8 +30,7 @@ def ls(
             raise typer.BadParameter(f"no state {state!r}{hint}")
         campaign = campaign.filter(state=known[state.casefold()])
     show(campaign.summary(), as_json)
-    for one in campaign.unreadable:
-        print(f"tabulon: {one.path}: {one.text}", file=sys.stderr)
+    tell_unreadable(campaign)
     end(campaign.unreadable)
 
 
@@ -79,6 +73,7 @@ def check(paths: Paths, name: Name = "*", as_json: Json = False) -> None:
             {"run": run.name, "kind": failure.error, "path": run.path, "text": failure.text}
         )
     show(records, as_json)
+    tell_unreadable(campaign)
     if not as_json:
         bad = len({record["run"] for record in records})
         print(f"{len(campaign):,} runs, {bad:,} with problems", file=sys.stderr)

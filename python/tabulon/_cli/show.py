@@ -14,6 +14,7 @@ from typing import TYPE_CHECKING, Annotated, Any
 import typer
 
 import tabulon as tb
+from tabulon._cli.exits import BROKEN, WRONG_USE
 
 if TYPE_CHECKING:
     import pandas as pd
@@ -21,19 +22,27 @@ if TYPE_CHECKING:
     from tabulon._run import VariableName
 
 __all__ = [
-    "BROKEN",
     "Json",
+    "Name",
+    "OneRun",
+    "PathOfRuns",
+    "Paths",
     "end",
     "names_of",
+    "plain_name",
     "records_of",
     "runs_of",
     "show",
+    "tell",
     "tell_failures",
+    "tell_unreadable",
     "without_warnings",
 ]
 
-BROKEN = 1
-
+PathOfRuns = Annotated[Path, typer.Argument(help="A directory, a run, or a catalogue.")]
+Paths = Annotated[list[Path], typer.Argument(help="Directories, runs, or a catalogue.")]
+OneRun = Annotated[Path, typer.Argument(help="A run: its path, or any of its files.")]
+Name = Annotated[str, typer.Option(help="Only runs of names that match, such as 'dlc12*'.")]
 Json = Annotated[bool, typer.Option("--json", help="A JSON object a line.")]
 
 
@@ -63,6 +72,11 @@ def names_of(variables: Sequence[str]) -> list[VariableName]:
         key: str | int = int(group) if group.isdigit() else group
         found.append((key, name) if separator else text)
     return found
+
+
+def plain_name(variable: VariableName) -> str:
+    """Return the name of a variable without its group."""
+    return variable if isinstance(variable, str) else variable[1]
 
 
 def show(records: Sequence[Mapping[str, Any]], as_json: bool, title: str = "") -> None:
@@ -97,18 +111,30 @@ def records_of(frame: pd.DataFrame) -> list[dict[str, Any]]:
     ]
 
 
-def tell_failures(failures: Sequence[Mapping[str, str]], records: Sequence[Any]) -> None:
+def tell(text: str) -> None:
+    """Write a line to standard error."""
+    print(f"tabulon: {' '.join(text.split())}", file=sys.stderr)
+
+
+def tell_unreadable(campaign: tb.Campaign) -> None:
+    """Write which directories could not be read to standard error."""
+    for one in campaign.unreadable:
+        tell(f"{one.path}: {one.text}")
+
+
+def tell_failures(failures: Sequence[Mapping[str, str]], unanswered: object) -> None:
     """Write what failed to standard error, and end with its status.
 
-    A variable that no run has is wrong use; runs that cannot be read are broken.
+    A variable that no run has, so that nothing is told of it, is wrong use; runs that cannot be
+    read are broken.
     """
     for failure in failures[:20]:
-        print(f"tabulon: {failure['run']}: {failure['text']}", file=sys.stderr)
+        tell(f"{failure['run']}: {failure['text']}")
     if len(failures) > 20:
-        print(f"tabulon: and {len(failures) - 20} more failures", file=sys.stderr)
+        tell(f"and {len(failures) - 20} more failures")
     if failures:
         unknown = all(failure["error"] == tb.NameNotFoundError.__name__ for failure in failures)
-        raise typer.Exit(2 if unknown and not records else BROKEN)
+        raise typer.Exit(WRONG_USE if unknown and unanswered else BROKEN)
 
 
 def end(broken: object) -> None:
@@ -133,4 +159,4 @@ def _plain(value: Any) -> Any:  # noqa: ANN401 - whatever a record holds
 def _text(value: Any) -> str:  # noqa: ANN401 - whatever a record holds
     if value is None:
         return ""
-    return f"{value:.6g}" if isinstance(value, float) else str(value)
+    return f"{value:.6g}" if isinstance(value, float) else str(value).replace("\n", " ")

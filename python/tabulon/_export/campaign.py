@@ -93,19 +93,23 @@ def extremes_frame(
                 row.one.key if isinstance(row.one.key, str) else row.one.key[1],
                 row.one.secondary,
                 row.one.kind,
-                row.value,
+                row.found.value,
                 row.one.unit,
                 runs[row.run].name,
                 runs[row.run].path,
-                row.axis_value,
+                row.found.axis_value,
             )
             for row in rows
         ],
         columns=["variable", "secondary", "kind", "value", "unit", "run", "path", "time"],
     )
     for i, key in enumerate(also):
-        frame[key] = [row.others[i] for row in rows]
-    frame.attrs["units"] = {key: runs[rows[0].run][key].unit for key in also if rows}
+        frame[key] = [row.found.others[i] for row in rows]
+    frame.attrs["units"] = {}
+    for i, key in enumerate(also):
+        having = next((row.run for row in rows if row.found.others[i] is not None), None)
+        if having is not None:
+            frame.attrs["units"][key] = runs[having][key].unit
     return frame  # type: ignore[no-any-return]
 
 

@@ -26,6 +26,7 @@ from support.campaign_files import (
     write_campaign,
     write_run,
 )
+from support.own_process import answer_of
 from support.run_files import RunFiles
 
 pd = pytest.importorskip("pandas")
@@ -378,3 +379,69 @@ def test_threads_may_be_the_first_to_convert_units(root: Path) -> None:
     command = [sys.executable, "-c", script, str(root)]
     done = subprocess.run(command, capture_output=True, text=True, check=False)
     assert done.returncode == 0, done.stderr
+
+
+def test_what_a_figure_is_called_is_clear_before_any_run_is_read(root: Path) -> None:
+    campaign = tb.open_campaign(root)
+    assert campaign.stats(SPEED, "max").columns[-1] == "max"
+    assert campaign.stats(SPEED, np.ptp).columns[-1] == "ptp"
+    for twice in (["max", "max"], [lambda v: v[0], lambda v: v[1]]):
+        with pytest.raises(tb.DataError, match="two columns would be named"):
+            campaign.stats(SPEED, twice)
+
+    def path(values: object) -> float:
+        return 0.0
+
+    with pytest.raises(tb.DataError, match="two columns would be named 'path'"):
+        campaign.stats(SPEED, path)
+    with pytest.raises(tb.DataError, match="no figure 3; there are 'min', 'max', 'mean', 'std'"):
+        campaign.stats(SPEED, [3])  # type: ignore[list-item]
+    with pytest.raises(TypeError, match="map takes a function of a run, not 'name'"):
+        campaign.map("name")  # type: ignore[arg-type]
+
+
+def test_a_filter_takes_words_that_runs_have(root: Path) -> None:
+    campaign = tb.open_campaign(root)
+    ended = tb.CompletionState.CompletedNormally
+    assert len(campaign.filter(state=(one for one in [ended]))) == 12
+    with pytest.raises(tb.DataError, match="no run is of 'Errored': CompletionState has the words"):
+        campaign.filter(state="Errored")  # type: ignore[arg-type]
+    with pytest.raises(tb.DataError, match=r"no run is of CompletionState\.UnsuccessfulRunsOnly"):
+        campaign.filter(state=tb.CompletionState.UnsuccessfulRunsOnly)
+    with pytest.raises(tb.DataError, match=r"no run is of CalculationType\.AllTurbineSimulations"):
+        campaign.filter(calculation=[tb.CalculationType.AllTurbineSimulations])
+
+
+def test_an_extreme_stands_where_it_is_though_another_variable_is_missing_there(
+    root: Path,
+) -> None:
+    expected = tb.open_campaign(root).extremes(SPEED)
+    with pytest.warns(UserWarning, match="2 failures in 12 runs"):
+        table = tb.open_campaign(root).extremes(SPEED, also=[POWER, "Wind sped"])
+    assert table[list(expected.columns)].equals(expected)
+    assert table[POWER].notna().all()
+    assert table["Wind sped"].isna().all()
+    assert table.attrs["units"] == {POWER: "W"}
+    assert [one["path"] for one in table.attrs["failures"]] == table.path.tolist()
+
+
+def test_a_file_among_directories_is_told(root: Path, tmp_path: Path) -> None:
+    file = tmp_path / "c.parquet"
+    file.write_bytes(b"")
+    with pytest.raises(tb.RunNotFoundError, match="is a file: a catalogue is opened alone"):
+        tb.open_campaign(root, file)
+
+
+@pytest.mark.parametrize("job", ["stats('x')", "extremes('x')", "map(len).failures"])
+def test_tables_say_at_once_what_to_install(root: Path, job: str) -> None:
+    code = f"""
+import json, sys
+sys.modules["pandas"] = None
+import tabulon
+runs = tabulon.open_campaign({str(root)!r})
+try:
+    runs.{job}
+except ModuleNotFoundError as error:
+    print(json.dumps(str(error)))
+"""
+    assert answer_of(code) == 'pandas is missing: pip install "tabulon[pandas]"'

@@ -218,3 +218,44 @@ def test_without_typer_the_command_line_says_what_to_install() -> None:
     done = subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, check=False)
     assert done.returncode == 2
     assert done.stderr == 'typer is missing: pip install "tabulon[cli]"\n'
+
+
+def test_a_file_that_cannot_be_written_is_a_line(root: Path, tmp_path: Path) -> None:
+    run, nowhere = root / "seed1" / "run0", tmp_path / "nowhere"
+    pytest.importorskip("matplotlib")
+    pytest.importorskip("h5netcdf")
+    commands = [("plot", run, SPEED, "-o", nowhere / "x.png")]
+    commands += [("export", run, nowhere / f"x.{kind}") for kind in ("csv", "parquet", "nc")]
+    for command in commands:
+        done = tabulon(*command)
+        assert done.returncode == 2, command
+        assert len(done.stderr.splitlines()) == 1, done.stderr
+
+
+def test_a_figure_or_a_unit_that_is_not_there_is_wrong_use(root: Path, tmp_path: Path) -> None:
+    done = tabulon("stats", root, SPEED, "--figures", "maxx")
+    assert done.returncode == 2
+    assert "no figure 'maxx'; did you mean 'max'?" in done.stderr
+    run = root / "seed1" / "run0"
+    assert tabulon("plot", run, SPEED, "-o", tmp_path / "x.svg", "--unit", "kg").returncode == 2
+
+
+def test_a_variable_of_several_that_no_run_has_is_wrong_use(root: Path) -> None:
+    done = tabulon("stats", root, SPEED, "Rotor sped", "--figures", "max", "--json")
+    assert (done.returncode, len(records(done))) == (2, 12)
+    done = tabulon("extremes", root, SPEED, "--also", "Rotor sped", "--json")
+    assert (done.returncode, len(records(done))) == (2, 2)
+    assert "did you mean 'Rotor speed'?" in done.stderr
+
+
+def test_problems_are_a_line_each(root: Path) -> None:
+    break_runs(root)
+    done = tabulon("check", root)
+    assert len(done.stdout.splitlines()) == 4
+
+
+def test_all_variables_are_exported_under_their_names(root: Path, tmp_path: Path) -> None:
+    pytest.importorskip("pandas")
+    assert tabulon("export", root / "seed1" / "run0", tmp_path / "x.csv").returncode == 0
+    head = (tmp_path / "x.csv").read_text().splitlines()[0]
+    assert head == f"time,{SPEED},{POWER},{MOMENT} Base,{MOMENT} Top"
