@@ -11,6 +11,8 @@ mkdir -p "$build/log"
 
 # Caches beside the build; a cache of the user's own is kept.
 export CCACHE_DIR="${CCACHE_DIR:-$build/cache/ccache}"
+# What lies in this tree is known by its place within it, so that two builds share what both compile.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$root}"
 export PYTHONPYCACHEPREFIX="$build/cache/pycache"
 export HYPOTHESIS_STORAGE_DIRECTORY="$build/cache/hypothesis"
 export PIP_DISABLE_PIP_VERSION_CHECK=1 PIP_NO_INPUT=1
@@ -117,13 +119,15 @@ raise SystemExit(not os.path.exists(os.path.join(sysconfig.get_path("include"), 
   [ ${#missing[@]} = 0 ] || apt_install "${missing[@]}"
 }
 
-# Whether the C++ compiler takes C++20; installs one if there is none.
+# Whether the C++ compiler takes C++20; installs one if there is none. All builds call it by one name, by
+# which the compiler's cache knows it.
 require_compiler() {
-  local compiler="${CXX:-c++}" probe="$build/log/probe.cpp"
-  have "$compiler" || apt_install g++
+  local probe="$build/log/probe.cpp"
+  export CXX="${CXX:-c++}"
+  have "$CXX" || apt_install g++
   echo '#include <span>' >"$probe"
-  "$compiler" -std=c++20 -fsyntax-only "$probe" 2>/dev/null \
-    || die "$compiler does not take C++20: GCC 11, Clang 14 or later is needed (set CXX)"
+  "$CXX" -std=c++20 -fsyntax-only "$probe" 2>/dev/null \
+    || die "$CXX does not take C++20: GCC 11, Clang 14 or later is needed (set CXX)"
 }
 
 use_ccache() {
@@ -151,6 +155,21 @@ pip_quietly() {
   }
 }
 
+# What the package is built with: requirements, a line each.
+build_requirements() { sed -n '/^requires = \[/,/^\]/s/^ *"\([^"]*\)".*/\1/p' pyproject.toml; }
+
+# Puts the tools that build the package into $venv, and in front of others of this machine. Builds that
+# use them find the same headers in the same places, and the compiler's cache serves the second one.
+use_build_tools() {
+  local requirements
+  mapfile -t requirements < <(build_requirements)
+  # The stub of the tables' module is held to this release.
+  requirements+=("$(sed -n 's/.*"\(nanobind==[0-9.]*\)".*/\1/p' pyproject.toml)")
+  pip_quietly install "${requirements[@]}"
+  export PATH="$venv/bin:$PATH"
+  hash -r
+}
+
 # Whether anything that the package is made of is newer than the file STAMP.
 sources_changed_since() {
   [ ! -e "$1" ] || [ -n "$(find CMakeLists.txt pyproject.toml README.md LICENSE cmake core groupfiles \
@@ -160,19 +179,23 @@ sources_changed_since() {
 # install_package EXTRAS : `pip install .[EXTRAS]` into $venv, unless that has been done.
 install_package() {
   local stamp="$venv/installed" begin
-  if ! sources_changed_since "$stamp"; then
+  if sources_changed_since "$stamp"; then
+    use_ccache
+    say "pip install .[$1] (compiles the extension module, which takes minutes)"
+    use_build_tools
+    begin="$(mktemp "$venv/installing.XXXXXX")"
+    rm -f "$stamp"
+    # Compiled with the arguments of a native build.
+    pip_quietly install --no-deps --no-build-isolation \
+      --config-settings=build-dir="$build/package-$python_version" \
+      --config-settings=cmake.define.TABULON_WERROR=ON .
+    # The time before the build: what was edited meanwhile counts as changed.
+    mv "$begin" "$stamp"
+  else
     say "tabulon is installed in ${venv#"$root"/} as the sources stand"
-    # Satisfied by what is installed, but for extras that another script had no use for.
-    pip_quietly install "tabulon[$1]"
-    return
   fi
-  use_ccache
-  say "pip install .[$1] (compiles the extension module, which takes minutes)"
-  begin="$(mktemp "$venv/installing.XXXXXX")"
-  rm -f "$stamp"
-  pip_quietly install ".[$1]"
-  # The time before the build: what was edited meanwhile counts as changed.
-  mv "$begin" "$stamp"
+  # Satisfied by what is installed, but for what it needs and another script had no use for.
+  pip_quietly install "tabulon[$1]"
 }
 
 # --- Checks ---------------------------------------------------------------------------------------

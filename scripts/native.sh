@@ -1,17 +1,18 @@
 # Tools and configuration of the native build; sourced after lib.sh.
 
-# Debian's interpreter, whose headers and NumPy the native build uses.
-system_python=/usr/bin/python3
+# The interpreter whose headers and NumPy a native build uses: Debian's, unless another is given.
+native_python() { echo "${TABULON_NATIVE_PYTHON:-/usr/bin/python3}"; }
 
 # Installs what the build with Debian's packages needs and this machine lacks.
 require_native_tools() {
-  local missing=()
+  local missing=() python
+  python="$(native_python)"
   cmake --version >/dev/null 2>&1 || missing+=(cmake)
   ninja --version >/dev/null 2>&1 || missing+=(ninja-build)
   swig -version >/dev/null 2>&1 || missing+=(swig)
-  [ -x "$system_python" ] || missing+=(python3)
-  "$system_python" -c 'import numpy' 2>/dev/null || missing+=(python3-numpy)
-  "$system_python" -c 'import os, sysconfig
+  [ -x "$python" ] || missing+=(python3)
+  "$python" -c 'import numpy' 2>/dev/null || missing+=(python3-numpy)
+  "$python" -c 'import os, sysconfig
 raise SystemExit(not os.path.exists(os.path.join(sysconfig.get_path("include"), "Python.h")))' \
     2>/dev/null || missing+=(python3-dev)
   [ -e /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
@@ -33,5 +34,5 @@ raise SystemExit(not os.path.exists(os.path.join(sysconfig.get_path("include"), 
 configure_native() {
   local preset="$1"
   shift
-  cmake --preset "$preset" "-DPython_EXECUTABLE=$system_python" "$@" </dev/null
+  cmake --preset "$preset" "-DPython_EXECUTABLE=$(native_python)" "$@" </dev/null
 }

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import array
 import gc
+import re
 import weakref
 from collections import deque
 from collections.abc import Callable, Iterable, Iterator
@@ -16,6 +17,11 @@ import pytest
 from support.arrays import INTS, Functions
 from support.flat import message
 from surface_table import overload_text
+
+
+def shown(value: object) -> str:
+    """The value as a name of its test, which is the same in each process."""
+    return re.sub(r" at 0x[0-9a-f]+| id='[0-9]+'", "", repr(value))
 
 
 class Countdown:
@@ -48,7 +54,7 @@ class Countdown:
         (np.array([], np.int32), []),
         ("", []),
     ],
-    ids=repr,
+    ids=shown,
 )
 def test_iterables(iterable: Iterable[int], elements: list[int]) -> None:
     assert INTS.elements(INTS.new(iterable)) == elements
@@ -70,7 +76,7 @@ def test_iterables(iterable: Iterable[int], elements: list[int]) -> None:
         np.array([1, 2], ">i4"),
         Mock(),
     ],
-    ids=repr,
+    ids=shown,
 )
 def test_what_does_not_serve(iterable: object) -> None:
     assert message(lambda: INTS.new(iterable), TypeError) == overload_text("new_ArrayOfInt")
