@@ -39,6 +39,9 @@ function(tabulon_add_fuzz_program program name)
   endforeach()
   if(name STREQUAL slices)
     target_include_directories(${program} SYSTEM PRIVATE ${Python_INCLUDE_DIRS})
+    if(TABULON_FUZZ_FEEDBACK)  # what is under test is a header
+      target_compile_options(${program} PRIVATE -fsanitize-coverage=${TABULON_FUZZ_FEEDBACK})
+    endif()
   endif()
 endfunction()
 

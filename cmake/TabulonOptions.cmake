@@ -31,6 +31,7 @@ if(NOT MSVC)
 endif()
 
 set(TABULON_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+set(TABULON_FUZZ_FEEDBACK "" CACHE STRING "What the layers tell the fuzzer, of -fsanitize-coverage")
 option(TABULON_COVERAGE "Build with counters for gcov" OFF)
 option(TABULON_WERROR "Treat warnings as errors" OFF)
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -135,22 +136,27 @@ class RunWalk {
   void WalkVariables(const SumaraApi::Group& group, const Visit<T>& visit) {
     // A group whose name stands twice gives the variables of the first, which the run knows.
     const std::vector<std::string> names = group.GetVariableNames();
-    const bool twoAxes = group.GetIndependentVariables().size() == 2;
-    for (int round = 0; round < 2; ++round) {
-      for (std::size_t i = 0; i < names.size() && i < kMostIndices; ++i) {
-        m_journal.Try([&] {
-          const auto variable = group.GetVariable(names[i]);
-          m_journal.Try([&] { return variable->GetSIUnit(); });
-          m_journal.Try([&] { return variable->GetQuantityCode(); });
-          if (twoAxes) {
-            WalkVariable2D<T>(group, names[i], i, visit);
-          } else {
-            WalkVariable1D<T>(group, names[i], i, visit);
-          }
-          if (round == 0 && i % 2 == 1) variable->Unload();
-        });
+    const std::size_t count = std::min(names.size(), kMostIndices);
+    for (std::size_t i = 0; i < count; ++i) WalkVariable<T>(group, names[i], i, visit);
+    if (count < 2) return;
+    // One is dropped and read again, beside another that is loaded.
+    m_journal.Try([&] { group.GetVariable(names[1])->Unload(); });
+    WalkVariable<T>(group, names[1], 1, visit);
+  }
+
+  template <class T>
+  void WalkVariable(const SumaraApi::Group& group, const std::string& name, std::size_t place,
+                    const Visit<T>& visit) {
+    m_journal.Try([&] {
+      const auto variable = group.GetVariable(name);
+      m_journal.Try([&] { return variable->GetSIUnit(); });
+      m_journal.Try([&] { return variable->GetQuantityCode(); });
+      if (group.GetIndependentVariables().size() == 2) {
+        WalkVariable2D<T>(group, name, place, visit);
+      } else {
+        WalkVariable1D<T>(group, name, place, visit);
       }
-    }
+    });
   }
 
   template <class T>
