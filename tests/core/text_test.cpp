@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <regex>
 #include <sstream>
 #include <unordered_set>
 
@@ -124,8 +123,20 @@ TEST(SplitTokensTest, RandomTextsSplitAsTheRuleSays) {
   }
 }
 
+/// Character by character.
+std::string CollapsedByRule(const std::string& text) {
+  std::string collapsed;
+  for (const char c : text) {
+    if (c != ' ' && (c < '\t' || c > '\r')) {
+      collapsed += c;
+    } else if (collapsed.empty() || collapsed.back() != ' ') {
+      collapsed += ' ';
+    }
+  }
+  return collapsed;
+}
+
 TEST(AppendCollapsedTest, RunsOfWhiteSpaceBecomeOneBlank) {
-  const std::regex whiteSpace("[ \\t-\\r]+");
   std::mt19937 random(9);
   for (int i = 0; i < 20'000 && !HasFailure(); ++i) {
     std::string text;
@@ -134,7 +145,7 @@ TEST(AppendCollapsedTest, RunsOfWhiteSpaceBecomeOneBlank) {
     }
     std::string collapsed;
     Sumara::AppendCollapsed(collapsed, text);
-    EXPECT_EQ(collapsed, std::regex_replace(text, whiteSpace, " "));
+    EXPECT_EQ(collapsed, CollapsedByRule(text));
   }
 }
 
