@@ -7,13 +7,25 @@
 #include "core/exceptions.h"
 
 namespace Binding {
+namespace {
+
+/// The text is a copy, for which memory may lack too: nobody behind this takes an exception.
+void SetLibraryError(const CExceptionBase& failure) {
+  try {
+    SetError(PyExc_RuntimeError, failure.Text());
+  } catch (const std::bad_alloc&) {
+    PyErr_NoMemory();
+  }
+}
+
+}  // namespace
 
 void TranslateException() {
   try {
     throw;
   } catch (const ErrorAlreadySet&) {
   } catch (const CExceptionBase& e) {
-    SetError(PyExc_RuntimeError, e.Text());
+    SetLibraryError(e);
   } catch (const std::bad_alloc&) {
     PyErr_NoMemory();
   } catch (const std::exception& e) {

@@ -2,7 +2,7 @@
 
 #include <Python.h>
 
-#include <string>
+#include <string_view>
 #include <utility>
 
 namespace Binding {
@@ -47,12 +47,12 @@ inline void ClearError() {
 }
 
 /// The text as a `str`; bytes that are no UTF-8 become lone surrogates, as in a file name.
-inline PyObject* ToPython(const std::string& text) {
+inline PyObject* ToPython(std::string_view text) {
   return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
 }
 
 /// Sets a Python exception, whatever bytes its text holds.
-inline void SetError(PyObject* type, const std::string& text) {
+inline void SetError(PyObject* type, std::string_view text) {
   const PyRef message(ToPython(text));
   if (message) {
     PyErr_SetObject(type, message.Get());

@@ -27,6 +27,10 @@ from support.faults import Shim
 SECONDS = 60
 
 
+#: What a script calls: a flat function by its name, or a function of the script's own.
+Step = str | Callable[..., Any]
+
+
 class Broken(Exception):  # noqa: N818
     """The library did not keep its word."""
 
@@ -40,6 +44,11 @@ def plain(value: object) -> Any:  # noqa: ANN401
     if value is None or isinstance(value, (bool, int, float, str, bytes)):
         return value
     return type(value).__name__
+
+
+def _found(step: Step) -> tuple[str, Callable[..., Any]]:
+    """Return the name and the function of a step."""
+    return (step, getattr(native, step)) if isinstance(step, str) else (step.__name__, step)
 
 
 def _refusal(function: Callable[..., Any], arguments: tuple[object, ...]) -> str:
@@ -67,27 +76,30 @@ class Session:
         self.tried = 0
         self.findings: list[str] = []
 
-    def __call__(self, name: str, *arguments: object) -> Any:  # noqa: ANN401
-        """Call a flat function that may be called any number of times."""
-        met, result = self._met(name, arguments)
+    def __call__(self, step: Step, *arguments: object) -> Any:  # noqa: ANN401
+        """Call a function that may be called any number of times."""
+        name, function = _found(step)
+        met, result = self._met(name, function, arguments)
         if met:
-            result = getattr(native, name)(*arguments)
+            result = function(*arguments)
         self.expect(name, result)
         return result
 
     def once(self, name: str, *arguments: object) -> Any:  # noqa: ANN401
         """Call a flat function that, once it did its work, must not be called again."""
-        met, result = self._met(name, arguments)
+        function = getattr(native, name)
+        met, result = self._met(name, function, arguments)
         if met and result is NotImplemented:
-            result = getattr(native, name)(*arguments)
+            result = function(*arguments)
         self.expect(name, result)
         return result
 
     def refused(self, name: str, *arguments: object) -> None:
         """Call a flat function that refuses what is asked for, with what may fail before."""
-        met, result = self._met(name, arguments, refuses=True)
+        function = getattr(native, name)
+        met, result = self._met(name, function, arguments, refuses=True)
         if met:
-            result = _refusal(getattr(native, name), arguments)
+            result = _refusal(function, arguments)
         self.expect(name, result)
 
     def expect(self, name: str, value: object) -> None:
@@ -100,22 +112,31 @@ class Session:
         self.step += 1
 
     def _met(
-        self, name: str, arguments: tuple[object, ...], *, refuses: bool = False
+        self,
+        name: str,
+        function: Callable[..., Any],
+        arguments: tuple[object, ...],
+        *,
+        refuses: bool = False,
     ) -> tuple[bool, Any]:
         """Return whether this process met its fault now, and what the call gave."""
-        function = getattr(native, name)
         if self.watches:
-            self._split(name, function, arguments)
+            # A refusal has few calls, and its words need memory at the very end.
+            self._split(name, function, arguments, most=None if refuses else self.most)
             if self.failing:
                 self.watches = False
                 return True, self._fail(name, function, arguments)
         return False, _refusal(function, arguments) if refuses else function(*arguments)
 
     def _split(
-        self, name: str, function: Callable[..., Any], arguments: tuple[object, ...]
+        self,
+        name: str,
+        function: Callable[..., Any],
+        arguments: tuple[object, ...],
+        most: int | None,
     ) -> None:
         """Make a process for each call that is to fail; return in each, and in this at the end."""
-        for failing in self._places(function, arguments):
+        for failing in self._places(function, arguments, most):
             reading, writing = os.pipe()
             child = os.fork()
             if child == 0:
@@ -137,7 +158,9 @@ class Session:
             if told:
                 self.findings.append(f"{name}, call {failing}: {told}")
 
-    def _places(self, function: Callable[..., Any], arguments: tuple[object, ...]) -> list[int]:
+    def _places(
+        self, function: Callable[..., Any], arguments: tuple[object, ...], most: int | None
+    ) -> list[int]:
         """Return which calls of the system are to fail in a flat call, counted from 1."""
         reading, writing = os.pipe()
         child = os.fork()
@@ -150,10 +173,10 @@ class Session:
         with open(reading, "rb") as pipe:  # noqa: PTH123
             count = int(pipe.read())
         os.waitpid(child, 0)
-        if self.most is None or count <= self.most:
+        if most is None or count <= most:
             return list(range(1, count + 1))
         # The first and the last, and what lies evenly between them.
-        return [1 + (count - 1) * i // (self.most - 1) for i in range(self.most)]
+        return [1 + (count - 1) * i // (most - 1) for i in range(most)]
 
     def _fail(self, name: str, function: Callable[..., Any], arguments: tuple[object, ...]) -> Any:  # noqa: ANN401
         """Make the call that fails. Return what it gives, `NotImplemented` for a stated failure."""
