@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 
+#include "core/exceptions.h"
 #include "core/file.h"
+#include "core/paths.h"
 
 namespace Tabulon {
 
@@ -13,7 +16,14 @@ class Watched final : public Reader {
   using Reader::Reader;
 
   const Sumara::File& OpenFile() const { return this->m_stream.SystemFile(); }
-  Sumara::FileState State() const { return OpenFile().State(); }
+  /// \throws CIOException 5009 if the system does not tell it: what is not known is like nothing.
+  Sumara::FileState State() const {
+    errno = 0;
+    const Sumara::FileState state = OpenFile().State();
+    if (state == Sumara::FileState{})
+      throw CIOException(5009, this->m_path, Sumara::SystemErrorText(errno));
+    return state;
+  }
 
   std::uint64_t Position() const { return this->m_stream.Tell(); }
 };

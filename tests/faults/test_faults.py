@@ -16,6 +16,7 @@ from support.fault_scripts import (
     arrays,
     findings_of,
     searching,
+    stateless,
     table_writing,
     writing,
 )
@@ -30,7 +31,7 @@ PLACES = os.environ.get("TABULON_FAULT_PLACES", "12")
 def _is_met(script: Script, fault: str) -> bool:
     """Whether a script makes calls that the fault is about."""
     if "allocation" in fault:
-        return True
+        return script is not stateless
     if fault == "ENOSPC":
         return script in (writing, table_writing)
     return script is not arrays and not (script is searching and "short" in fault)

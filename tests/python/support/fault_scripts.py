@@ -3,9 +3,12 @@
 from __future__ import annotations
 
 import shutil
+from collections.abc import Iterator
+from contextlib import contextmanager
 from pathlib import Path
 
 import numpy as np
+from tabulon import _tables
 
 from support.fault_session import Script, Session, run_with_faults
 from support.faults import FAULTS, Shim
@@ -155,6 +158,68 @@ def table_statistics(call: Session, folder: Path) -> None:
         )
 
 
+def stateless(call: Session, folder: Path) -> None:
+    """Read groups as tables; of what a call of these allocates, most is the interpreter's."""
+    for number in range(1, len(GROUPS) + 1):
+        table = call(_table, str(folder / f"run.%{number:02}"))
+        call(_rows, table)
+        call(_columns, table)
+        call(_reduced, table)
+        call(_stored, table)
+    call(_listed, str(folder))
+    call(_ending, str(folder / "run.%01"))
+
+
+@contextmanager
+def _told_as_the_flat_functions_do() -> Iterator[None]:
+    try:
+        yield
+    except _tables.TableError as error:
+        raise RuntimeError(error.text) from None
+
+
+@_told_as_the_flat_functions_do()
+def _table(path: str) -> _tables.GroupTable:
+    return _tables.GroupTable.open(path)
+
+
+@_told_as_the_flat_functions_do()
+def _rows(table: _tables.GroupTable) -> list[object]:
+    rows = table.rows()
+    return [rows.expected, rows.found, rows.torn]
+
+
+@_told_as_the_flat_functions_do()
+def _columns(table: _tables.GroupTable) -> np.ndarray:
+    return table.read(_tables.Selection(range(len(table.variables))))
+
+
+@_told_as_the_flat_functions_do()
+def _reduced(table: _tables.GroupTable) -> list[np.ndarray]:
+    figures = table.reduce(_tables.Selection([1, 0]))
+    return [figures.minimum, figures.maximum_row, figures.mean, figures.deviation]
+
+
+@_told_as_the_flat_functions_do()
+def _stored(table: _tables.GroupTable) -> list[np.ndarray] | None:
+    figures = table.stored_figures([0, 1], 1)
+    return figures and [figures.maximum, figures.mean, figures.at_minimum]
+
+
+@_told_as_the_flat_functions_do()
+def _listed(root: str) -> list[list[str]]:
+    found = _tables.list_runs(root)
+    for directory in found.unreadable:
+        raise RuntimeError(directory.text)
+    return [[run.path, *(header.name for header in run.headers)] for run in found.runs]
+
+
+@_told_as_the_flat_functions_do()
+def _ending(path: str) -> int:
+    run = _tables.find_run(path)
+    return _tables.completion_state(run.directory + run.termination)
+
+
 def searching(call: Session, folder: Path) -> None:
     root = str(folder)
     call("TabulonApi__get_runs_native_array", root)
@@ -254,7 +319,7 @@ SCRIPTS: dict[str, Script] = {
     script.__name__: script
     for script in (
         *(listing, lookup, axes, reading, tables, unloading, statistics, table_statistics),
-        *(searching, endings, writing, table_writing, arrays),
+        *(stateless, searching, endings, writing, table_writing, arrays),
     )
 }
 
