@@ -39,5 +39,5 @@ function(tabulon_add_test name)
     ${layers} tabulon_warnings tabulon_sanitizers GTest::gtest GTest::gtest_main)
   # Typed tests are many and run once: what counts is the time of the compiler.
   target_compile_options(test_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang>:-O1>)
-  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST)
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS ${name})
 endfunction()
