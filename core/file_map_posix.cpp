@@ -56,9 +56,26 @@ bool ArePagesResident(const char* bytes, std::size_t size) {
          std::all_of(told.begin(), told.end(), [](unsigned char page) { return (page & 1) != 0; });
 }
 
+constexpr std::uint64_t kSamples = 64;
+
+/// Whether nearly all of a file's pages lie in memory; of a large file, as samples tell, the last
+/// of its pages among them: a file is read from its front.
+std::optional<bool> IsNearlyCached(int handle, std::uint64_t pages) {
+  constexpr std::uint64_t kSamplePages = 16;
+  const std::uint64_t samples = pages > kSamples * kSamplePages ? kSamples : 1;
+  const std::uint64_t size = samples == 1 ? pages : kSamplePages;
+  std::uint64_t found = 0;
+  for (std::uint64_t i = 1; i <= samples; ++i) {
+    const std::uint64_t first = i * pages / samples - size;
+    const auto cached = CountCached(handle, first * PageSize(), size * PageSize());
+    if (!cached) return std::nullopt;
+    found += *cached;
+  }
+  return found >= samples * size - samples * size / kMissingShare;
+}
+
 /// What a few pages tell, the last among them: a file is read from its front.
 bool AreSamplesResident(const char* bytes, std::uint64_t pages) {
-  constexpr std::uint64_t kSamples = 64;
   const std::uint64_t samples = std::min(pages, kSamples);
   for (std::uint64_t i = 0; i < samples; ++i) {
     const std::uint64_t page = pages - 1 - i * pages / samples;
@@ -82,9 +99,7 @@ bool HasBytes(int handle, std::uint64_t size) {
 bool IsResident(const File& file, std::uint64_t size) {
   if (size == 0) return false;
   const std::uint64_t pages = PagesOf(0, size);
-  if (const auto cached = CountCached(file.Handle(), 0, size)) {
-    return *cached >= pages - pages / kMissingShare;
-  }
+  if (const auto cached = IsNearlyCached(file.Handle(), pages)) return *cached;
   char* const bytes = Map(file.Handle(), size);
   if (bytes == nullptr) return false;
   const bool resident = AreSamplesResident(bytes, pages);

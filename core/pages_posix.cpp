@@ -1,6 +1,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <utility>
@@ -105,6 +106,33 @@ void PreferLarge(void* memory, std::size_t size) noexcept {
   const auto address = reinterpret_cast<std::uintptr_t>(memory);
   const std::size_t before = RoundUp(address, PageSize()) - address;
   ::madvise(static_cast<char*>(memory) + before, size - before, MADV_HUGEPAGE);
+#endif
+}
+
+// The allocator writes a few words in front of each block: the system makes no large page any more
+// where one of its small pages is in use, unless it is told to put them together.
+void MakeLarge(std::span<std::span<char>> blocks) noexcept {
+#ifdef __linux__
+  constexpr int kCollapse = 25;  // of Linux 6.1: newer than the headers of many systems
+  std::sort(blocks.begin(), blocks.end(),
+            [](const auto& a, const auto& b) { return a.data() < b.data(); });
+  const std::size_t page = PageSize();
+  std::uintptr_t first = 0;
+  std::uintptr_t end = 0;
+  const auto make = [&] {
+    if (end - first >= kLargeBlock) {
+      ::madvise(reinterpret_cast<void*>(first), end - first, kCollapse);
+    }
+  };
+  for (const std::span<char> block : blocks) {
+    const auto address = reinterpret_cast<std::uintptr_t>(block.data());
+    if (const std::uintptr_t start = address / page * page; start > end) {
+      make();
+      first = start;
+    }
+    end = RoundUp(address + block.size(), page);
+  }
+  make();
 #endif
 }
 

@@ -25,4 +25,6 @@ void Release(char* pages, std::size_t size) noexcept { ::VirtualFree(pages, size
 
 void PreferLarge(void*, std::size_t) noexcept {}
 
+void MakeLarge(std::span<std::span<char>>) noexcept {}
+
 }  // namespace Sumara::Pages
