@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "core/file_blocks.h"
+#include "core/file_lease.h"
 #include "core/file_map.h"
+#include "core/pages.h"
 #include "core/paths.h"
 #include "groupfiles/column_gather.h"
 
@@ -17,6 +19,7 @@ namespace {
 
 constexpr std::uint64_t kSmallFile = std::uint64_t{1} << 20;  // read whole in no time
 constexpr std::size_t kCacheLine = 64;
+constexpr std::uint64_t kSparse = 4;  // fewer than each fourth word is a part of the file
 
 std::string PointText(std::uint64_t point) { return "Point index = " + std::to_string(point); }
 
@@ -167,7 +170,7 @@ auto CBinaryDataReader<T, U>::ChooseAhead(const DataLayout& layout, const DataRe
   const std::uint64_t most = room / ColumnsAhead<U>::SizeOf(request.points);
   std::vector<Column> columns;
   for (const std::uint64_t base :
-       m_ahead.Choose(layout, request, {kCacheLine / sizeof(T), false, most})) {
+       m_ahead.Choose(layout, request, {.together = kCacheLine / sizeof(T), .most = most})) {
     if (layout.PointsWithin(this->TotalWordCount(), base) < request.points) continue;
     columns.push_back({0, 0, base, nullptr});
   }
@@ -194,11 +197,14 @@ template <class T, class U>
 void CBinaryDataReader<T, U>::Gather(const DataLayout& layout, std::vector<Column>& columns,
                                      std::size_t requested, std::uint64_t points,
                                      const IDataTarget<U>& target) {
+  std::vector<std::vector<U>*> vectors;
   for (Column& column : columns) {
     if (column.values == nullptr) column.values = &column.own;
-    column.values->resize(static_cast<std::size_t>(points));
+    column.values->clear();
+    vectors.push_back(column.values);
   }
   if (points == 0 || columns.empty()) return;
+  Pages::Reserve<U>(vectors, static_cast<std::size_t>(points));
   const RowRange rows{0, points, 1};
   const auto missing = GatherAll(columns, layout.Stride(), rows);
   if (!missing) return;
@@ -222,24 +228,31 @@ auto CBinaryDataReader<T, U>::GatherAll(const std::vector<Column>& columns, std:
   for (const Column& column : columns) inOrder.push_back(&column);
   std::sort(inOrder.begin(), inOrder.end(),
             [](const Column* a, const Column* b) { return a->base < b->base; });
+  const auto isSame = [](const Column* a, const Column* b) { return a->base == b->base; };
+  inOrder.erase(std::unique(inOrder.begin(), inOrder.end(), isSame), inOrder.end());
   ColumnPlan plan{{}, stride};
-  std::vector<U*> places;
+  std::vector<std::vector<U>*> places;
   for (const Column* column : inOrder) {
     plan.bases.push_back(column->base);
-    places.push_back(column->values->data());
+    places.push_back(column->values);
   }
   if (this->HasBuffer()) {
     const auto count = static_cast<std::size_t>(this->TotalWordCount());
-    GatherColumns<T, U>({{this->Words(), count}, 0}, plan, rows, places);
+    AppendColumns<T, U>({{this->Words(), count}, 0}, plan, rows, places);
     return std::nullopt;
   }
-  FileBlocks blocks(this->m_stream.SystemFile(), this->TotalWordCount() * sizeof(T));
+  const File& file = this->m_stream.SystemFile();
+  const std::uint64_t size = this->TotalWordCount() * sizeof(T);
+  const bool takesAll = plan.bases.size() >= stride / kSparse;
+  std::optional<FileLease> lease;  // of blocks that are not mapped: they are of one time, too
+  if (takesAll && IsResident(file, size)) lease = FileLease::Of(file);
+  FileBlocks blocks(file, size, {.takesAll = takesAll});
   for (NextWord next = FindNext(0, plan, rows); next.point != rows.count;) {
     const auto bytes = blocks.At(next.place * sizeof(T));
     const std::size_t count = bytes.size() / sizeof(T);
     if (count == 0) return Missing{next.place, blocks.Error()};
     const std::span<const T> words(reinterpret_cast<const T*>(bytes.data()), count);
-    GatherColumns<T, U>({words, next.place}, plan, rows, places);
+    AppendColumns<T, U>({words, next.place}, plan, rows, places);
     next = FindNext(next.place + count, plan, rows);
   }
   return std::nullopt;

@@ -38,20 +38,54 @@ const T* PlaceOf(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t 
   return block.words.data() + (plan.bases[column] + row * plan.stride - block.first);
 }
 
-template <class T, class U>
+/// Columns that have room for their values.
+template <class U>
+struct Placed {
+  std::span<U* const> columns;
+  bool streams = false;  ///< whether runs leave past the caches
+
+  /// Where values may be written one by one, if they may.
+  U* Place(std::size_t column, std::uint64_t i) const {
+    return streams ? nullptr : columns[column] + i;
+  }
+  void Put(std::size_t column, std::uint64_t i, const U* values, std::size_t count) const {
+    if (streams) {
+      StreamCopy(columns[column] + i, values, count * sizeof(U));
+    } else {
+      std::memcpy(columns[column] + i, values, count * sizeof(U));
+    }
+  }
+};
+
+/// Columns that values are appended to, in the order of their rows.
+template <class U>
+struct Appended {
+  std::span<std::vector<U>* const> columns;
+
+  U* Place(std::size_t, std::uint64_t) const { return nullptr; }
+  void Put(std::size_t column, std::uint64_t, const U* values, std::size_t count) const {
+    columns[column]->insert(columns[column]->end(), values, values + count);
+  }
+};
+
+template <class T, class U, class Columns>
 void CopyColumn(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t column,
-                const RowRange& rows, Stretch stretch, U* values) {
+                const RowRange& rows, Stretch stretch, const Columns& columns) {
   if (stretch.begin >= stretch.end) return;
   const T* const words = PlaceOf(block, plan, column, rows, stretch.begin);
   const auto step = static_cast<std::size_t>(rows.step * plan.stride);
   const auto count = static_cast<std::size_t>(stretch.end - stretch.begin);
   // Values of one variable lie far apart: the processor does not foresee the next page.
   const std::size_t ahead = count - std::min(count, kPrefetchRows);
-  values += stretch.begin;
+  std::array<U, 512> values;
   std::size_t at = 0;
-  for (std::size_t i = 0; i < count; ++i, at += step) {
-    if (i < ahead) Prefetch(words + at + step * kPrefetchRows);
-    values[i] = ConvertElement<U>(words[at]);
+  for (std::size_t i = 0; i < count;) {
+    const std::size_t size = std::min(values.size(), count - i);
+    for (std::size_t k = 0; k < size; ++k, ++i, at += step) {
+      if (i < ahead) Prefetch(words + at + step * kPrefetchRows);
+      values[k] = ConvertElement<U>(words[at]);
+    }
+    columns.Put(column, stretch.begin + i - size, values.data(), size);
   }
 }
 
@@ -64,11 +98,9 @@ class Tile {
  public:
   static constexpr std::size_t kWidth = kCacheLine / sizeof(T);
 
-  /// \param streams whether runs leave past the caches.
-  explicit Tile(bool streams) : m_streams(streams) {}
-
+  template <class Columns>
   void Copy(const WordBlock<T>& block, const ColumnPlan& plan, std::size_t first, std::size_t width,
-            const RowRange& rows, std::span<U* const> columns) {
+            const RowRange& rows, const Columns& columns) {
     Stretch common = StretchOf(block, plan, first, rows);
     m_adjacent = width == kWidth;
     for (std::size_t c = 0; c < width; ++c) {
@@ -81,14 +113,17 @@ class Tile {
     // At the ends of a block some columns have a row more than others.
     for (std::size_t c = first; c < first + width; ++c) {
       const Stretch own = StretchOf(block, plan, c, rows);
-      CopyColumn(block, plan, c, rows, {own.begin, std::min(own.end, common.begin)}, columns[c]);
-      CopyColumn(block, plan, c, rows, {std::max(own.begin, common.end), own.end}, columns[c]);
+      CopyColumn<T, U>(block, plan, c, rows, {own.begin, std::min(own.end, common.begin)}, columns);
     }
     const auto step = static_cast<std::size_t>(rows.step * plan.stride);
     for (std::uint64_t i = common.begin; i < common.end; i += kRows) {
       const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kRows, common.end - i));
       Turn(PlaceOf(block, plan, first, rows, i), step, width, count);
-      for (std::size_t c = 0; c < width; ++c) Deliver(c, count, columns[first + c] + i);
+      for (std::size_t c = 0; c < width; ++c) Deliver(c, count, columns, first + c, i);
+    }
+    for (std::size_t c = first; c < first + width; ++c) {
+      const Stretch own = StretchOf(block, plan, c, rows);
+      CopyColumn<T, U>(block, plan, c, rows, {std::max(own.begin, common.end), own.end}, columns);
     }
   }
 
@@ -124,16 +159,18 @@ class Tile {
     }
   }
 
-  void Deliver(std::size_t column, std::size_t count, U* target) {
-    const T* const values = m_values[column].data();
+  template <class Columns>
+  void Deliver(std::size_t from, std::size_t count, const Columns& columns, std::size_t column,
+               std::uint64_t i) {
+    const T* const values = m_values[from].data();
     if constexpr (std::is_same_v<T, U>) {
-      CopyOut(target, values, count);
-    } else if (m_streams) {
+      columns.Put(column, i, values, count);
+    } else if (U* const place = columns.Place(column, i)) {
+      Convert(values, count, place);
+    } else {
       std::array<U, kRows> converted;
       Convert(values, count, converted.data());
-      CopyOut(target, converted.data(), count);
-    } else {
-      Convert(values, count, target);
+      columns.Put(column, i, converted.data(), count);
     }
   }
 
@@ -141,19 +178,24 @@ class Tile {
     for (std::size_t i = 0; i < count; ++i) target[i] = ConvertElement<U>(values[i]);
   }
 
-  void CopyOut(U* target, const U* values, std::size_t count) const {
-    if (m_streams) {
-      StreamCopy(target, values, count * sizeof(U));
-    } else {
-      std::memcpy(target, values, count * sizeof(U));
-    }
-  }
-
   std::array<std::array<T, kRows + kPadding>, kWidth> m_values;
   std::array<std::ptrdiff_t, kWidth> m_offsets{};  // below 0 for columns in falling order
   bool m_adjacent = true;                          ///< of a whole cache line
-  bool m_streams;
 };
+
+template <class T, class U, class Columns>
+void Gather(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
+            const Columns& places) {
+  const std::size_t count = places.columns.size();
+  if (count == 1) {
+    CopyColumn<T, U>(block, plan, 0, rows, StretchOf(block, plan, 0, rows), places);
+    return;
+  }
+  Tile<T, U> tile;
+  for (std::size_t c = 0; c < count; c += Tile<T, U>::kWidth) {
+    tile.Copy(block, plan, c, std::min(Tile<T, U>::kWidth, count - c), rows, places);
+  }
+}
 
 }  // namespace
 
@@ -168,21 +210,22 @@ std::uint64_t RowsBefore(std::uint64_t end, std::uint64_t base, std::uint64_t st
 template <class T, class U>
 void GatherColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
                    std::span<U* const> columns) {
-  if (columns.size() == 1) {
-    CopyColumn(block, plan, 0, rows, StretchOf(block, plan, 0, rows), columns[0]);
-    return;
-  }
-  const bool streams = columns.size() != 0 && rows.count > kStreamed / sizeof(U) / columns.size();
-  Tile<T, U> tile(streams);
-  for (std::size_t c = 0; c < columns.size(); c += Tile<T, U>::kWidth) {
-    tile.Copy(block, plan, c, std::min(Tile<T, U>::kWidth, columns.size() - c), rows, columns);
-  }
+  const bool streams = columns.size() > 1 && rows.count > kStreamed / sizeof(U) / columns.size();
+  Gather<T, U>(block, plan, rows, Placed<U>{columns, streams});
   if (streams) FinishStreaming();
+}
+
+template <class T, class U>
+void AppendColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
+                   std::span<std::vector<U>* const> columns) {
+  Gather<T, U>(block, plan, rows, Appended<U>{columns});
 }
 
 #define TABULON_INSTANTIATE_PAIR(T, U)                                                 \
   template void GatherColumns(const WordBlock<T>&, const ColumnPlan&, const RowRange&, \
-                              std::span<U* const>);
+                              std::span<U* const>);                                    \
+  template void AppendColumns(const WordBlock<T>&, const ColumnPlan&, const RowRange&, \
+                              std::span<std::vector<U>* const>);
 #define TABULON_INSTANTIATE(T)        \
   TABULON_INSTANTIATE_PAIR(T, float)  \
   TABULON_INSTANTIATE_PAIR(T, double) \

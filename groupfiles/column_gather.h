@@ -45,4 +45,10 @@ template <class T, class U>
 void GatherColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
                    std::span<U* const> columns);
 
+/// The same, but appends the values: blocks have to come in the order of the file. So no column has
+/// to be filled with anything before.
+template <class T, class U>
+void AppendColumns(const WordBlock<T>& block, const ColumnPlan& plan, const RowRange& rows,
+                   std::span<std::vector<U>* const> columns);
+
 }  // namespace Sumara

@@ -9,7 +9,7 @@ namespace Sumara {
 namespace {
 
 constexpr unsigned kGrowth = 5;     // each band is 32 times as wide as the last: a walk costs, too
-constexpr unsigned kMostBands = 8;  // by then all columns are in one
+constexpr unsigned kMostBands = 7;  // by then all columns are in one
 
 /// Calls `visit(base)` for each column of a request, until it answers false.
 template <class Visit>
@@ -42,28 +42,44 @@ bool ColumnsAhead<U>::HandOver(const DataLayout& layout, const DataRequest& requ
                            m_bytes -= values.size() * sizeof(U);
                            m_columns.erase(found);
                          }
+                         m_asked.Add(variable, secondary);
                          target.Filled(variable, secondary);
                          return true;
                        });
 }
 
-/// Whether columns are to be read ahead of a request, and in how many bands that was done before.
 template <class U>
-std::optional<unsigned> ColumnsAhead<U>::CountRequest(const DataLayout& layout,
-                                                      const DataRequest& request) {
-  if (request.points == 0 || request.variables.empty()) return std::nullopt;
-  if (layout.variables == 0) return std::nullopt;
+void ColumnsAhead<U>::Asked::Add(std::size_t ofVariable, std::size_t ofSecondary) {
+  severalVariables = severalVariables || variable.value_or(ofVariable) != ofVariable;
+  severalSecondary = severalSecondary || secondary.value_or(ofSecondary) != ofSecondary;
+  variable = ofVariable;
+  secondary = ofSecondary;
+}
+
+/// Whether a request is not the first, and for more than columns that were dropped.
+template <class U>
+bool ColumnsAhead<U>::IsAnother(const DataLayout& layout, const DataRequest& request) {
+  if (request.points == 0 || request.variables.empty() || layout.variables == 0) return false;
   if (!IsOf(layout, request)) {
     Clear();
     m_layout = layout;
     m_points = request.points;
   }
-  const bool isNew = !ForEachColumn(
-      layout, request,
-      [&](std::size_t, std::size_t, std::uint64_t base) { return m_handedOut.contains(base); });
-  if (!isNew) return std::nullopt;  // a column that was dropped and is asked for again
-  m_requests = std::min(m_requests + 1, kMostBands);
-  return m_requests == 1 ? std::nullopt : std::optional(m_requests - 2);
+  if (m_handedOut.empty()) return false;
+  return !ForEachColumn(layout, request, [&](std::size_t, std::size_t, std::uint64_t base) {
+    return m_handedOut.contains(base);
+  });
+}
+
+/// The band of variables around that of a request, where the first one is `width` wide.
+template <class U>
+auto ColumnsAhead<U>::NextBand(const DataRequest& request, std::uint64_t width) -> Band {
+  const unsigned growth = kGrowth * m_bands;
+  m_bands = std::min(m_bands + 1, kMostBands);
+  const std::uint64_t all = m_layout.variables;
+  const std::uint64_t band = width > all >> growth ? all : width << growth;
+  const std::uint64_t first = request.variables.front() / band * band;
+  return {first, first + std::min(band, all - first)};
 }
 
 template <class U>
@@ -71,33 +87,32 @@ std::vector<std::uint64_t> ColumnsAhead<U>::Choose(const DataLayout& layout,
                                                    const DataRequest& request,
                                                    const AheadRule& rule) {
   std::vector<std::uint64_t> bases;
-  const auto bands = CountRequest(layout, request);
-  if (!bands) return bases;
+  if (!IsAnother(layout, request)) return bases;
+  Asked asked = m_asked;
   std::unordered_set<std::uint64_t> requested;
-  ForEachColumn(layout, request, [&](std::size_t, std::size_t, std::uint64_t base) {
-    return requested.insert(base), true;
-  });
-  const auto add = [&](std::uint64_t base) {
-    if (bases.size() == rule.most) return false;
-    if (!requested.contains(base) && !m_columns.contains(base) && !m_handedOut.contains(base)) {
+  ForEachColumn(layout, request,
+                [&](std::size_t variable, std::size_t secondary, std::uint64_t base) {
+                  asked.Add(variable, secondary);
+                  requested.insert(base);
+                  return true;
+                });
+  const bool allSecondary = rule.all || asked.severalSecondary;
+  const std::uint64_t secondary = allSecondary ? layout.secondary : 1;
+  const std::uint64_t first = allSecondary ? 0 : request.secondaryIndices.front();
+  Band band{0, layout.variables};
+  if (!rule.all) {
+    const std::uint64_t width = std::max<std::uint64_t>(1, rule.together / secondary);
+    band = asked.severalVariables ? NextBand(request, width)
+                                  : Band{*asked.variable, *asked.variable + 1};
+  }
+  for (std::uint64_t variable = band.first; variable < band.end; ++variable) {
+    for (std::uint64_t s = first; s < first + secondary; ++s) {
+      if (bases.size() == rule.most) return bases;
+      const std::uint64_t base = layout.Base(variable, s);
+      if (requested.contains(base) || m_columns.contains(base) || m_handedOut.contains(base)) {
+        continue;
+      }
       bases.push_back(base);
-    }
-    return true;
-  };
-  const unsigned growth = kGrowth * *bands;
-  const std::uint64_t band =
-      rule.variables > layout.variables >> growth ? layout.variables : rule.variables << growth;
-  const std::uint64_t first = request.variables.front() / band * band;
-  const std::uint64_t end = std::min(first + band, layout.variables);
-  for (std::uint64_t variable = first; variable < end; ++variable) {
-    if (rule.allSecondary) {
-      for (std::uint64_t secondary = 0; secondary < layout.secondary; ++secondary) {
-        if (!add(layout.Base(variable, secondary))) return bases;
-      }
-    } else {
-      for (const std::size_t secondary : request.secondaryIndices) {
-        if (!add(layout.Base(variable, secondary))) return bases;
-      }
     }
   }
   return bases;
@@ -106,14 +121,16 @@ std::vector<std::uint64_t> ColumnsAhead<U>::Choose(const DataLayout& layout,
 template <class U>
 void ColumnsAhead<U>::MarkHandedOut(const DataLayout& layout, const DataRequest& request) {
   if (request.points == 0) return;
-  ForEachColumn(layout, request, [&](std::size_t, std::size_t, std::uint64_t base) {
-    m_handedOut.insert(base);
-    if (const auto found = m_columns.find(base); found != m_columns.end()) {
-      m_bytes -= found->second.size() * sizeof(U);
-      m_columns.erase(found);
-    }
-    return true;
-  });
+  ForEachColumn(layout, request,
+                [&](std::size_t variable, std::size_t secondary, std::uint64_t base) {
+                  m_asked.Add(variable, secondary);
+                  m_handedOut.insert(base);
+                  if (const auto found = m_columns.find(base); found != m_columns.end()) {
+                    m_bytes -= found->second.size() * sizeof(U);
+                    m_columns.erase(found);
+                  }
+                  return true;
+                });
 }
 
 template <class U>
@@ -121,7 +138,8 @@ void ColumnsAhead<U>::Clear() {
   m_columns = {};
   m_handedOut = {};
   m_bytes = 0;
-  m_requests = 0;
+  m_asked = {};
+  m_bands = 0;
 }
 
 #define TABULON_INSTANTIATE(U) template class ColumnsAhead<U>;

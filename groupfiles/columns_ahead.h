@@ -14,9 +14,9 @@ namespace Sumara {
 
 /// Which columns may be read ahead of the requests for them.
 struct AheadRule {
-  std::uint64_t variables = 1;  ///< width of the first band; each is wider than the last
-  bool allSecondary = false;    ///< at all secondary indices; else at those of the request
-  std::uint64_t most = 0;       ///< columns in all
+  std::uint64_t together = 1;  ///< columns of the first band; each is wider than the last
+  bool all = false;            ///< instead of a band all columns there are
+  std::uint64_t most = 0;      ///< columns in all
 };
 
 /// Columns of a data file that were read together with others, ahead of the requests for them.
@@ -30,8 +30,11 @@ class ColumnsAhead {
   /// Moves the requested columns to `target` if all of them are here.
   bool HandOver(const DataLayout& layout, const DataRequest& request, IDataTarget<U>& target);
 
-  /// The columns that are worth reading with those of `request`, by their bases in a point: none
-  /// for the first request; later those in a band of variables around the first that is asked for.
+  /// The columns that are worth reading with those of `request`, by their bases in a point.
+  ///
+  /// None for the first request. Who then asks for another secondary value of the same variable
+  /// gets all of that variable; who asks for another variable gets a band of variables around it,
+  /// at the secondary index of the request, or at all if several were asked for.
   std::vector<std::uint64_t> Choose(const DataLayout& layout, const DataRequest& request,
                                     const AheadRule& rule);
 
@@ -55,7 +58,24 @@ class ColumnsAhead {
   void Clear();
 
  private:
-  std::optional<unsigned> CountRequest(const DataLayout& layout, const DataRequest& request);
+  /// What was asked for so far.
+  struct Asked {
+    std::optional<std::size_t> variable;
+    std::optional<std::size_t> secondary;
+    bool severalVariables = false;
+    bool severalSecondary = false;
+
+    void Add(std::size_t ofVariable, std::size_t ofSecondary);
+  };
+  /// Variables `first` to the one before `end`.
+  struct Band {
+    std::uint64_t first;
+    std::uint64_t end;
+  };
+
+  bool IsAnother(const DataLayout& layout, const DataRequest& request);
+  Band NextBand(const DataRequest& request, std::uint64_t width);
+  void HandOut(std::size_t variable, std::size_t secondary, std::uint64_t base);
   bool IsOf(const DataLayout& layout, const DataRequest& request) const {
     return layout == m_layout && request.points == m_points;
   }
@@ -65,7 +85,8 @@ class ColumnsAhead {
   std::unordered_map<std::uint64_t, std::vector<U>> m_columns;
   std::unordered_set<std::uint64_t> m_handedOut;
   std::uint64_t m_bytes = 0;
-  unsigned m_requests = 0;  ///< that were read from the file
+  Asked m_asked;
+  unsigned m_bands = 0;  ///< of variables that were read ahead
 };
 
 }  // namespace Sumara

@@ -57,12 +57,16 @@ class CTextDataReader<U>::Rows {
     for (const Column* column : m_columns) {
       m_plan.bases.push_back(m_places.size());
       m_places.push_back(column->place);
+      m_targets.push_back(column->values);
     }
     m_plan.stride = m_columns.size();
     const std::uint64_t together = kRowsBytes / (m_columns.size() * sizeof(U));
     m_most = static_cast<std::size_t>(std::max<std::uint64_t>(1, std::min(together, pointsInFile)));
     m_values.resize(m_most * m_columns.size());
-    m_targets.resize(m_columns.size());
+  }
+
+  void Reserve(std::size_t points) {
+    for (std::vector<U>* const values : m_targets) values->reserve(points);
   }
 
   /// Takes the wanted values of a line of the present point.
@@ -85,13 +89,7 @@ class CTextDataReader<U>::Rows {
 
   /// Appends the points that are complete to the columns.
   void Deliver() {
-    for (std::size_t c = 0; c < m_columns.size(); ++c) {
-      std::vector<U>& values = *m_columns[c]->values;
-      const std::size_t size = values.size();
-      values.resize(size + m_count);
-      m_targets[c] = values.data() + size;
-    }
-    GatherColumns<U, U>({m_values, 0}, m_plan, {0, m_count, 1}, m_targets);
+    AppendColumns<U, U>({m_values, 0}, m_plan, {0, m_count, 1}, m_targets);
     m_count = 0;
   }
 
@@ -99,7 +97,7 @@ class CTextDataReader<U>::Rows {
   std::vector<const Column*> m_columns;
   std::vector<std::uint64_t> m_places;
   ColumnPlan m_plan;
-  std::vector<U*> m_targets;
+  std::vector<std::vector<U>*> m_targets;
   std::vector<U> m_values;
   std::size_t m_most = 1;   ///< points that `m_values` has room for
   std::size_t m_count = 0;  ///< points that are complete
@@ -189,7 +187,7 @@ auto CTextDataReader<U>::ChooseAhead(const DataLayout& layout, const DataRequest
   }
   const std::uint64_t room = Limit() - std::min(Limit(), m_ahead.Bytes());
   const std::uint64_t most = room / ColumnsAhead<U>::SizeOf(request.points);
-  for (const std::uint64_t base : m_ahead.Choose(layout, request, {layout.variables, true, most})) {
+  for (const std::uint64_t base : m_ahead.Choose(layout, request, {.all = true, .most = most})) {
     columns.push_back(Column::Of(layout, base, nullptr));
   }
   return columns;
@@ -208,9 +206,8 @@ std::uint64_t CTextDataReader<U>::ParsePoints(const DataLayout& layout, std::uin
   // A value takes a byte of the file at least: a header that claims more takes no memory.
   const std::uint64_t pointsInFile =
       this->GetLength() / std::max<std::uint64_t>(layout.Stride(), 1);
-  const std::uint64_t room = std::min(points, pointsInFile);
-  for (const Column& column : columns) column.values->reserve(static_cast<std::size_t>(room));
   Rows rows(columns, pointsInFile);
+  rows.Reserve(static_cast<std::size_t>(std::min(points, pointsInFile)));
   std::uint64_t point = 0;
   try {
     for (; points == 0 || point < points; ++point) ParsePoint(layout, point, rows);

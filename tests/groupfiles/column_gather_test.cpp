@@ -49,6 +49,20 @@ void Gather(const std::vector<T>& words, std::size_t blockSize, const ColumnPlan
   }
 }
 
+/// Appends the words of such blocks.
+template <class U, class T>
+Columns<U> Appended(const std::vector<T>& words, std::size_t blockSize, const ColumnPlan& plan,
+                    const RowRange& rows) {
+  Columns<U> columns(plan.bases.size());
+  std::vector<std::vector<U>*> places;
+  for (auto& column : columns) places.push_back(&column);
+  for (std::size_t first = 0; first < words.size(); first += blockSize) {
+    const auto block = std::span(words).subspan(first, std::min(blockSize, words.size() - first));
+    Sumara::AppendColumns<T, U>({block, first}, plan, rows, places);
+  }
+  return columns;
+}
+
 /// The same, a value at a time.
 template <class U, class T>
 Columns<U> Plain(const std::vector<T>& words, const ColumnPlan& plan, const RowRange& rows) {
@@ -86,6 +100,13 @@ TYPED_TEST(ColumnGatherTest, ColumnsOfAnyPlanAndRangeComeFromBlocksOfAnySize) {
       Columns<U> columns = Room<U>(plan, rows);
       Gather(words, blockSize, plan, rows, columns);
       ASSERT_EQ(columns, Plain<U>(words, plan, rows)) << "round " << round;
+      Columns<U> appended = Appended<U>(words, blockSize, plan, rows);
+      for (std::size_t c = 0; c < appended.size(); ++c) {
+        ASSERT_EQ(appended[c].size(),
+                  Sumara::RowsBefore(words.size(), plan.bases[c], plan.stride, rows));
+        appended[c].resize(rows.count, static_cast<U>(kUntouched));
+      }
+      ASSERT_EQ(appended, columns) << "round " << round;
     }
   }
 }

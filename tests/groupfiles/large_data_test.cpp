@@ -89,6 +89,25 @@ TEST_P(LargeDataTest, RowsOfTwoAxesComeOneByOne) {
   }
 }
 
+TEST_P(LargeDataTest, WholeVariablesOfTwoAxesComeRowByRow) {
+  WriteGroup({7, 20, 5000});
+  for (const std::size_t variable : {3u, 0u, 6u, 1u, 2u}) {
+    for (std::size_t secondary = 0; secondary < 20; ++secondary) {
+      EXPECT_EQ(Read({{variable}, {secondary}, 5000, true}), 5000u);
+      ASSERT_EQ(Of(variable, secondary), Expected(variable, secondary, 5000));
+    }
+  }
+}
+
+TEST_P(LargeDataTest, ColumnsAskedForTwiceInARequestComeOnce) {
+  WriteGroup({40, 15000});
+  for (const bool keepBuffer : {true, false}) {
+    Read({{3, 7, 3}, {0, 0}, 15000, keepBuffer});
+    EXPECT_EQ(Of(3), Expected(3, 0, 15000));
+    EXPECT_EQ(Of(7), Expected(7, 0, 15000));
+  }
+}
+
 TEST_P(LargeDataTest, OtherNumbersOfPointsAreReadAnew) {
   WriteGroup({40, 15000});
   for (const std::uint64_t points : {15000u, 15000u, 100u, 15000u, 100u}) {
