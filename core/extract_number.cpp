@@ -9,7 +9,9 @@
 #include <sstream>
 #include <type_traits>
 
+#include "core/eight_digits.h"
 #include "core/numbers.h"
+#include "core/scientific_number.h"
 #include "core/text.h"
 
 // A stream first takes every character that can belong to a number, and then asks whether they are
@@ -32,27 +34,12 @@ struct Spelling {
   std::ptrdiff_t exponent = 0;
 };
 
-/// Eight digits, the first in the lowest byte, as a number: pairs, then fours, then all.
-constexpr std::uint64_t JoinEightDigits(std::uint64_t word) {
-  word -= 0x3030303030303030u;
-  word = word * 10 + (word >> 8);
-  word = ((word & 0x000000FF000000FFu) * 0x000F424000000064u +
-          ((word >> 16) & 0x000000FF000000FFu) * 0x0000271000000001u) >>
-         32;
-  return word & 0xFFFFFFFFu;
-}
-
-constexpr bool AreEightDigits(std::uint64_t word) {
-  return ((word & 0xF0F0F0F0F0F0F0F0u) |
-          (((word + 0x0606060606060606u) & 0xF0F0F0F0F0F0F0F0u) >> 4)) == 0x3333333333333333u;
-}
-
 /// Appends digits to the mantissa, which wraps round if they are too many.
 const char* ScanDigits(const char* at, const char* end, std::uint64_t& mantissa) {
-  constexpr std::ptrdiff_t kBlock = 8;
-  for (std::uint64_t word = 0; end - at >= kBlock; at += kBlock) {
+  constexpr std::size_t kBlock = 8;
+  for (std::uint64_t word = 0; end - at >= std::ptrdiff_t{kBlock}; at += kBlock) {
     std::memcpy(&word, at, kBlock);
-    if (!AreEightDigits(word)) break;
+    if (CountLeadingDigits(word) != kBlock) break;
     mantissa = 100'000'000 * mantissa + JoinEightDigits(word);
   }
   for (; at != end && IsDigit(*at); ++at) {
@@ -103,21 +90,22 @@ Spelling Scan(const char* at, const char* end) {
   return spelling;
 }
 
-/// The value as a double if one multiplication or division of exact numbers gives it.
-bool MultiplyOut(const Spelling& spelling, double& value) {
+constexpr int kLargestPower = 22;  // of ten that a double holds
+
+/// \param exponent at most `kLargestPower`, with either sign
+double TimesPowerOfTen(double value, std::ptrdiff_t exponent) {
   static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-  constexpr int kLargestPower = 22;
+  return exponent < 0 ? value / kPowers[-exponent] : value * kPowers[exponent];
+}
+
+/// The value as a double if one multiplication or division of exact numbers gives it.
+bool MultiplyOut(const Spelling& spelling, double& value) {
   constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
   if (!spelling.exact || spelling.mantissa > kLargestExact) return false;
   if (spelling.exponent < -kLargestPower || spelling.exponent > kLargestPower) return false;
-  value = static_cast<double>(spelling.mantissa);
-  if (spelling.exponent < 0) {
-    value /= kPowers[-spelling.exponent];
-  } else {
-    value *= kPowers[spelling.exponent];
-  }
+  value = TimesPowerOfTen(static_cast<double>(spelling.mantissa), spelling.exponent);
   return true;
 }
 
@@ -137,6 +125,20 @@ bool Narrow(double wide, float& value) {
   return true;
 }
 
+/// Takes a number as simulators write it. \return its size; 0 for any other, or if it takes more
+/// care.
+template <class T>
+std::size_t TakeScientific(std::string_view text, T& value) {
+  const ScientificNumber number = ScientificNumber::At(text);
+  if (number.size == 0 || !number.IsShort()) return 0;
+  const std::ptrdiff_t exponent = number.power - static_cast<std::ptrdiff_t>(number.digits);
+  if (exponent < -kLargestPower || exponent > kLargestPower) return 0;
+  const auto mantissa = static_cast<double>(number.Mantissa());
+  if (!Narrow(TimesPowerOfTen(mantissa, exponent), value)) return 0;
+  if (number.negative) value = -value;
+  return number.size;
+}
+
 /// For what is rare: numbers beyond the limits of the type.
 template <class T>
 bool ExtractByStream(std::string_view text, T& value) {
@@ -147,6 +149,10 @@ bool ExtractByStream(std::string_view text, T& value) {
 
 template <class T>
 bool ExtractReal(std::string_view& text, T& value) {
+  if (const std::size_t size = TakeScientific(text, value)) {
+    text.remove_prefix(size);
+    return true;
+  }
   const Spelling spelling = Scan(text.data(), text.data() + text.size());
   const std::string_view number(text.data(), static_cast<std::size_t>(spelling.end - text.data()));
   text.remove_prefix(number.size());

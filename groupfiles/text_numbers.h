@@ -1,53 +1,25 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 #include <type_traits>
 
+#include "core/eight_digits.h"
 #include "core/numbers.h"
+#include "core/scientific_number.h"
 #include "core/text.h"
 
 namespace Sumara {
 
-/// How many digits `text` begins with; looks at eight characters at a time.
-inline std::size_t CountDigits(std::string_view text) {
-  constexpr std::size_t kBlock = 8;
-  constexpr std::uint64_t kZeros = 0x3030303030303030u;
-  constexpr std::uint64_t kBeyondNine =
-      0x7676767676767676u;  // carries a byte above 9 into its top bit
-  constexpr std::uint64_t kTopBits = 0x8080808080808080u;
-  std::size_t at = 0;
-  for (; text.size() - at >= kBlock; at += kBlock) {
-    std::uint64_t block;
-    std::memcpy(&block, text.data() + at, kBlock);
-    block ^= kZeros;
-    const std::uint64_t others = ((block + kBeyondNine) | block) & kTopBits;
-    if (others != 0) return at + static_cast<std::size_t>(std::countr_zero(others)) / 8;
-  }
-  while (at < text.size() && IsDigit(text[at])) ++at;
-  return at;
-}
-
-/// The size of a number in scientific notation of everyday magnitude, "-1.2345678E+05", that
-/// `text` begins with; 0 if it begins with anything else.
-///
-/// This is how simulators write. Only the count of the fraction's digits is computed, the other
-/// places are guesses to be confirmed, so that the processor need not wait from part to part.
+/// The size of a number in scientific notation of everyday magnitude that `text` begins with; 0 if
+/// it begins with anything else.
 inline std::size_t ScientificNumberSize(std::string_view text) {
-  constexpr std::size_t kExponentSize = 4;
-  const auto digit = [text](std::size_t at) { return IsDigit(text[at]); };
-  const std::size_t first = !text.empty() && text.front() == '-' ? 1 : 0;
-  if (text.size() < first + 2 + kExponentSize || !digit(first) || text[first + 1] != '.') return 0;
-  const std::size_t end = first + 2 + CountDigits(text.substr(first + 2));
-  const std::size_t size = end + kExponentSize;
-  if (text.size() < size || (text[end] != 'E' && text[end] != 'e')) return 0;
-  if (text[end + 1] != '+' && text[end + 1] != '-') return 0;
-  // Up to 29: within the range of a float.
-  if (text[end + 2] < '0' || text[end + 2] > '2' || !digit(end + 3)) return 0;
-  return size == text.size() || IsSpace(text[size]) ? size : 0;
+  constexpr int kSafePower = 29;  // within the range of a float
+  const ScientificNumber number = ScientificNumber::At(text);
+  if (number.power < -kSafePower || number.power > kSafePower) return 0;
+  const bool ends = number.size == text.size() || IsSpace(text[number.size]);
+  return ends ? number.size : 0;
 }
 
 /// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do

@@ -219,6 +219,25 @@ TYPED_TEST(ExtractNumberTest, RandomNumbersReadAsAStreamReadsThem) {
   }
 }
 
+TYPED_TEST(ExtractNumberTest, NumbersOfSimulatorsReadAsAStreamReadsThem) {
+  static constexpr const char* kTails[] = {"",  " ",  "  1.0", "5", ".",
+                                           "e", "-1", "\n",    "x", "      "};
+  std::mt19937 random(5);
+  for (int i = 0; i < 100'000 && !this->HasFailure(); ++i) {
+    std::string text = random() % 2 == 0 ? "-" : "";
+    text += static_cast<char>('0' + random() % 10);
+    text += '.';
+    for (std::size_t left = random() % 11; left > 0; --left) {
+      text += static_cast<char>('0' + random() % 10);
+    }
+    text += "eE"[random() % 2];
+    text += "+-"[random() % 2];
+    text += static_cast<char>('0' + random() % 5);
+    text += static_cast<char>('0' + random() % 10);
+    Compare<TypeParam>(text + kTails[random() % std::size(kTails)]);
+  }
+}
+
 TYPED_TEST(ExtractNumberTest, LongDigitStringsReadAsAStreamReadsThem) {
   std::mt19937 random(3);
   for (int i = 0; i < 2'000 && !this->HasFailure(); ++i) {
@@ -244,6 +263,13 @@ TEST(ExtractNumberTextTest, FloatsMidwayBetweenNeighboursRoundOnce) {
     text << std::setprecision(16 + static_cast<int>(random() % 40)) << middle;
     Compare<float>(text.str());
     if (HasFailure()) break;
+  }
+}
+
+TEST(ExtractNumberTextTest, ShortNumbersMidwayBetweenFloatsRoundOnce) {
+  for (const char* const text : {"1.6777217e+07 ", "1.6777219e+07 ", "-3.3554434e+07 ",
+                                 "3.3554438e+07       ", "5.0000000e-01        "}) {
+    Compare<float>(text);
   }
 }
 
