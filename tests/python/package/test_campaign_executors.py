@@ -113,7 +113,7 @@ def test_an_interrupt_ends_a_job_soon(root: Path) -> None:
         "try:\n"
         "    runs.map(lambda run: time.sleep(0.2), executor=None)\n"
         "except KeyboardInterrupt:\n"
-        "    print('ended', time.monotonic() - begin < 1.0)\n"
+        "    print('ended', time.monotonic() - begin < 3.0)\n"
     )
     many = [str(root)]
     done = subprocess.run(
