@@ -10,8 +10,8 @@ namespace Tabulon {
 struct Reduction {
   std::vector<double> minimum;  ///< NaN, as all figures, where no value is finite
   std::vector<double> maximum;
-  std::vector<std::int64_t>
-      minimumRow;  ///< row of the file; the first of equals; -1 if there is none
+  /// Row of the file, the first of equals; -1 where no value is finite.
+  std::vector<std::int64_t> minimumRow;
   std::vector<std::int64_t> maximumRow;
   std::vector<double> mean;
   /// Standard deviation of the population: sums of a block's distances from a value near its mean

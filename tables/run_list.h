@@ -50,7 +50,8 @@ struct ListOptions {
 /// Nothing is kept between calls: any number of threads may list at a time.
 /// \param visit is given each run.
 /// \param unreadable is given each directory that cannot be listed, also the root; the walk goes
-/// on. \throws TableError 139 if there is no directory `root`, Stopped.
+/// on. \throws TableError 139 if there is no directory `root`, Stopped; what the two functions
+/// throw.
 void ListRuns(const std::string& root, const ListOptions& options,
               const std::function<void(RunFiles&&)>& visit,
               const std::function<void(UnreadableDirectory&&)>& unreadable,

@@ -133,8 +133,11 @@ class Reader:
 
     def _keep(self, joined: str, scope: Scope) -> None:
         declaration, _, remark = (part.strip() for part in joined.partition("///<"))
-        ignored = ("using ", "friend ", "class ", "struct ", "template class", "extern template")
+        is_alias = scope is self.free and declaration.startswith("using ") and "=" in declaration
+        ignored = ("friend ", "class ", "struct ", "template class", "extern template")
         if not scope.shown or declaration.startswith(ignored) or "= delete" in declaration:
+            return
+        if declaration.startswith("using ") and not is_alias:
             return
         if re.match(r"template <[^>]*> (class|struct) \w+;", declaration):
             return
@@ -154,7 +157,13 @@ def prose(comment: list[str]) -> str:
     text = re.sub(r"\s*\\throws ", "\n\n**Throws** ", text)
     text = re.sub(r"\s*\\return ", "\n\n**Returns** ", text)
     text = re.sub(r"\s*\\param (\w+) ", r"\n\n**\1:** ", text)
-    return re.sub(r"(?<!`)\b(\w+<\w+(?:, \w+)*>)(?!`)", r"`\1`", text)
+    lines = (line if line.startswith("    ") else _quoted(line) for line in text.splitlines())
+    return "\n".join(lines)
+
+
+def _quoted(line: str) -> str:
+    """Return a line with its types as code: `Series<float>` is no tag."""
+    return re.sub(r"(?<!`)\b(\w+<\w+(?:, \w+)*>)(?!`)", r"`\1`", line)
 
 
 def page(heading: str, headers: list[tuple[str, Path]]) -> Iterator[str]:

@@ -51,7 +51,7 @@ class TableTest : public testing::Test {
   static std::vector<T> ValuesOf(const GroupTable& table, const Selection& selection) {
     const Shape shape = table.ShapeOf(selection);
     std::vector<T> values(shape.columns * shape.rows);
-    table.Read<T>(selection, std::span<T>(values));
+    table.Read<T>(selection, values);
     return values;
   }
 
