@@ -12,7 +12,7 @@ from pathlib import Path
 import fixtures
 import numpy as np
 import tabulon as tb
-from harness import Pair, Place, row
+from harness import Call, Pair, Place, growth, row
 
 from rows.directories import termination_files, tree_of
 
@@ -206,6 +206,51 @@ def refresh(place: Place) -> Pair:
         peer=lambda: tb.open_campaign(root).save(place.root / "again.parquet", progress=False),
         equal=lambda mine, _: len(mine) == count,
     )
+
+
+def enlarged(saved: Path, path: Path, copies: int) -> None:
+    """Write the runs of a catalogue many times, under other paths."""
+    import pyarrow as pa
+    import pyarrow.parquet as pq
+    from tabulon._catalogue_file import writer_of
+
+    whole = pq.read_table(saved)
+    is_variable = whole["level"].to_numpy() == 2
+    parts = [whole.filter(~is_variable), whole.filter(is_variable)]
+    runs = 1 + int(whole["run"].to_numpy().max())
+    with path.open("w+b") as stream, writer_of(stream, whole.schema) as writer:
+        for copy in range(copies):
+            for part in parts:
+                numbers = pa.array(part["run"].to_numpy() + np.int32(copy * runs))
+                paths = [one and f"{one}_{copy}" for one in part["path"].to_pylist()]
+                columns = {"run": numbers, "path": pa.array(paths, pa.string())}
+                names = whole.schema.names
+                writer.write_table(
+                    pa.table([columns.get(name, part[name]) for name in names], whole.schema)
+                )
+
+
+@growth(
+    "campaign",
+    "stats of two variables, catalogue of 0.6 to 10 million rows",
+    sizes=(640_000, 2_560_000, 10_240_000),
+    quick=(1_280, 2_560, 5_120),
+    exponent=1.05,
+)
+def stats_of_rows(rows: int, place: Place) -> Call:
+    """Open a catalogue of that many rows of variables and make a table of two of them."""
+    variables = 128
+    runs = place.size(500, 10)
+    file = place.root / f"rows_{rows}.parquet"
+    if not file.exists():
+        few = place.fixture(
+            f"rows_{runs}", lambda path: fixtures.write_campaign(path, runs, 10, variables)
+        )
+        saved = place.root / f"rows_{runs}.parquet"
+        tb.open_campaign(few).save(saved, progress=False)
+        enlarged(saved, file, rows // (runs * variables))
+    wanted = fixtures.variable_names(variables)[:2]
+    return lambda: tb.open_campaign(file).stats(wanted, FIGURES, progress=False)
 
 
 @row("campaign", "open_campaign of 50,000 runs", against="os.walk", target=1.0)
