@@ -254,9 +254,10 @@ def furthest(values: NDArray[np.float64], dtype: str, end: float) -> NDArray[np.
     with np.errstate(divide="ignore", invalid="ignore", over="ignore", under="ignore"):
         size = np.where(np.isfinite(values), np.abs(values), 0.0)
         last = np.floor(np.log10(size)) - _DIGITS[dtype]  # the place of the last digit written
-        half = 0.5 * 10.0**last * (1 + 1e-6)
+        # what was read of the text is itself the nearest of the numbers that there are
+        half = 0.5 * 10.0**last * (1 + 1e-6) + 0.5 * np.spacing(size)
         if dtype == "int32":
-            found = values + np.copysign(np.where(half < 1, 0.0, half), end)
+            found = values + np.copysign(np.where(half < 1, 0.0, np.floor(half)), end)
             return np.asarray(found, np.float64)
         found = values.astype(dtype)
         for _ in range(_NEIGHBOURS):

@@ -445,3 +445,32 @@ except ModuleNotFoundError as error:
     print(json.dumps(str(error)))
 """
     assert answer_of(code) == 'pandas is missing: pip install "tabulon[pandas]"'
+
+
+@pytest.mark.parametrize(("dtype", "digits"), [("float32", 7), ("float64", 15)])
+def test_no_value_lies_beyond_what_a_header_says_of_it(dtype: str, digits: int) -> None:
+    from tabulon._figures import furthest
+
+    random = np.random.default_rng(5)
+    size = 10.0 ** random.integers(-30, 30, 20_000)
+    values = (random.normal(size=20_000) * size).astype(dtype)
+    values[:8] = 0, 1, -1, 1000, 9.9999999, 5_000_000, np.inf, -0.1
+    written = np.array([float(f"{value:.{digits}E}") for value in values])
+    high, low = furthest(written, dtype, np.inf), furthest(written, dtype, -np.inf)
+    assert (low <= values).all()
+    assert (values <= high).all()
+    assert (low <= written).all()
+    assert (written <= high).all()
+    finite = np.isfinite(written)
+    high, low, written = high[finite], low[finite], written[finite]
+    assert (high - low <= np.abs(written) * 10.0**-digits * 1.5).all()
+    if dtype == "float32":  # most of which eight digits tell apart
+        assert high[:4].tolist() == low[:4].tolist() == [0, 1, -1, 1000]
+
+
+def test_whole_numbers_of_a_header_are_exact_up_to_its_digits() -> None:
+    from tabulon._figures import furthest
+
+    written = np.array([0.0, 7.0, -12_345_678.0, 2_147_483_600.0])
+    assert furthest(written, "int32", np.inf).tolist() == [0, 7, -12_345_678, 2_147_483_650]
+    assert furthest(written, "int32", -np.inf).tolist() == [0, 7, -12_345_678, 2_147_483_550]
