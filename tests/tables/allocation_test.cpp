@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <iterator>
@@ -7,39 +6,11 @@
 #include <system_error>
 
 #include "tables/run_list.h"
+#include "tests/tables/failing_allocations.h"
 #include "tests/tables/table_fixture.h"
 
 // Each allocation of a call fails in turn: it ends with std::bad_alloc or is right all the same,
 // and so is the next.
-
-namespace {
-
-thread_local long allocationsLeft = -1;  // below 0: any number
-
-void* Allocated(std::size_t size) {
-  if (allocationsLeft == 0) return nullptr;
-  if (allocationsLeft > 0) --allocationsLeft;
-  return std::malloc(std::max<std::size_t>(size, 1));
-}
-
-void* AllocatedOrThrown(std::size_t size) {
-  void* const memory = Allocated(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return AllocatedOrThrown(size); }
-void* operator new[](std::size_t size) { return AllocatedOrThrown(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocated(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocated(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 
 namespace Tabulon {
 namespace {
@@ -72,7 +43,7 @@ class AllocationTest : public TableTest {
 
  private:
   static bool Succeeds(const std::function<bool()>& call, long allocations) {
-    allocationsLeft = allocations;
+    testing_support::SetAllocationsLeft(allocations);
     bool right = true;
     bool done = true;
     try {
@@ -82,8 +53,8 @@ class AllocationTest : public TableTest {
     } catch (...) {
       right = false;
     }
-    const long left = allocationsLeft;
-    allocationsLeft = -1;
+    const long left = testing_support::AllocationsLeft();
+    testing_support::SetAllocationsLeft(-1);
     EXPECT_TRUE(right) << "with " << allocations << " allocations";
     return done && left > 0;
   }
