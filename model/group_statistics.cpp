@@ -154,8 +154,7 @@ bool GroupStatistics<T>::IsLive(std::uint64_t secondary, bool preferComputed) co
 }
 
 template <class T>
-const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::GetUloads(std::uint64_t secondary,
-                                                                         bool preferComputed) {
+auto GroupStatistics<T>::GetUloads(std::uint64_t secondary, bool preferComputed) -> Uloads {
   CheckAvailable(secondary);
   if (IsLive(secondary, preferComputed)) return m_liveUloads[secondary];
   const KeptFigures::Use stored(m_stored);
@@ -164,22 +163,25 @@ const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::GetUloads(std::ui
 }
 
 template <class T>
-const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::StoredUloads(std::uint64_t secondary,
-                                                                            std::string_view text) {
+auto GroupStatistics<T>::StoredUloads(std::uint64_t secondary, std::string_view text) const
+    -> Uloads {
   const auto count = static_cast<std::size_t>(m_stored.Rows().variableCount);
-  m_uloads.resize(2 * count);
-  for (std::size_t i = 0; i < m_uloads.size(); ++i) {
-    m_uloads[i].resize(count);
-    ReadFigures<T>(text, m_stored.Rows().UloadsRow(secondary, i), m_uloads[i]);
+  Uloads rows(2 * count, std::vector<T>(count));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    ReadFigures<T>(text, m_stored.Rows().UloadsRow(secondary, i), rows[i]);
   }
-  return m_uloads;
+  return rows;
 }
 
 template <class T>
-const typename GroupStatistics<T>::Uloads& GroupStatistics<T>::ComputedUloads(
-    std::uint64_t secondary) {
-  ComputeUloads(m_uloads, secondary);
-  return m_uloads;
+auto GroupStatistics<T>::ComputedUloads(std::uint64_t secondary) -> Uloads {
+  Uloads rows;
+  if (!m_group.IsWritingIncrementally()) {
+    ComputeUloads(rows, secondary);
+    return rows;
+  }
+  ComputeUloads(m_unfinishedUloads, secondary);  // rows without a new extreme keep their values
+  return m_unfinishedUloads;
 }
 
 template <class T>

@@ -53,8 +53,8 @@ class GroupStatistics {
   }
 
   /// Row 2i holds the values of all series where series i has its maximum, row 2i + 1 where it has
-  /// its minimum. Good until the next request.
-  const Uloads& GetUloads(std::uint64_t secondary, bool preferComputed);
+  /// its minimum. The table stays with the caller: it may be larger than all that may be kept.
+  Uloads GetUloads(std::uint64_t secondary, bool preferComputed);
   /// One value of that table, for which no other is computed: of the series at `column`, where the
   /// one at `series` has its extreme. \throws CException 123 too if there is no such place
   T GetUload(std::uint64_t series, Extreme extreme, std::uint64_t column, std::uint64_t secondary);
@@ -77,8 +77,8 @@ class GroupStatistics {
   bool AnswersFromStored(std::uint64_t secondary, bool preferComputed);
   void RestoreStored();
   bool IsLive(std::uint64_t secondary, bool preferComputed) const;
-  const Uloads& StoredUloads(std::uint64_t secondary, std::string_view text);
-  const Uloads& ComputedUloads(std::uint64_t secondary);
+  Uloads StoredUloads(std::uint64_t secondary, std::string_view text) const;
+  Uloads ComputedUloads(std::uint64_t secondary);
   T ValueIn(const Uloads& rows, std::uint64_t row, std::uint64_t column) const;
   T ValueAtExtreme(std::uint64_t series, Extreme extreme, std::uint64_t column,
                    std::uint64_t secondary) const;
@@ -89,7 +89,7 @@ class GroupStatistics {
   KeptFigures m_stored;
   bool m_hasReadStored = false;
   std::vector<double> m_line;  ///< the answer to the last request for one
-  Uloads m_uloads;             ///< the same
+  Uloads m_unfinishedUloads;   ///< of incremental writing, as long as no chunk has made live ones
   std::vector<Uloads> m_liveUloads;
 };
 

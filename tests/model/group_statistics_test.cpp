@@ -69,6 +69,16 @@ TYPED_TEST(GroupStatisticsTest, ComputedOfTwoAxesBySecondaryIndex) {
             "information: Axis name: 'Radius'; Secondary axis; File path: ./Loads");
 }
 
+TYPED_TEST(GroupStatisticsTest, TablesStayWithTheirCallers) {
+  const auto group = NewGroup2D<TypeParam>(Interval(10, 1), Values({1.5, 2.5}));
+  Add(*group, "a", {this->Points({1, 2}), this->Points({4, 3})});
+  auto& statistics = group->Statistics();
+  const auto& first = statistics.GetUloads(0, true);
+  const auto& second = statistics.GetUloads(1, true);
+  EXPECT_EQ(first, (typename TestFixture::Rows{this->Points({2}), this->Points({1})}));
+  EXPECT_EQ(second, (typename TestFixture::Rows{this->Points({4}), this->Points({3})}));
+}
+
 TYPED_TEST(GroupStatisticsTest, TimeOnATextAxisIsTheIndex) {
   const auto group = NewGroup1D<TypeParam>(Strings({"w", "x", "y", "z"}));
   Add(*group, "a", this->Points({1, 2, 3, 4}));
