@@ -23,9 +23,10 @@ void NameIndex::Add(const std::vector<std::string>& names) {
     const std::uint32_t hash = HashOf(names[place]);
     Slot& slot = m_slots[SlotOf(names[place], hash)];
     const auto link = static_cast<std::uint32_t>(m_links.size());
-    m_links.push_back({{list, place}, kNone, hash});
+    m_links.push_back({{list, place}, kNone});
     if (slot.first == kNone) {
       slot.first = link;
+      slot.hash = hash;
       ++m_used;
     } else {
       m_links[slot.last].next = link;
@@ -43,7 +44,7 @@ void NameIndex::Reserve(std::size_t names) {
   slots.swap(m_slots);
   for (const Slot& chain : slots) {
     if (chain.first == kNone) continue;
-    std::size_t at = m_links[chain.first].hash & (m_slots.size() - 1);
+    std::size_t at = chain.hash & (m_slots.size() - 1);
     while (m_slots[at].first != kNone) at = (at + 1) & (m_slots.size() - 1);
     m_slots[at] = chain;
   }
@@ -55,8 +56,8 @@ std::size_t NameIndex::SlotOf(std::string_view name) const { return SlotOf(name,
 std::size_t NameIndex::SlotOf(std::string_view name, std::uint32_t hash) const {
   std::size_t at = hash & (m_slots.size() - 1);
   while (m_slots[at].first != kNone) {
-    const Link& link = m_links[m_slots[at].first];
-    if (link.hash == hash && Sumara::EqualsNoCase(NameAt(link.place), name)) break;
+    const Slot& slot = m_slots[at];
+    if (slot.hash == hash && Sumara::EqualsNoCase(NameAt(m_links[slot.first].place), name)) break;
     at = (at + 1) & (m_slots.size() - 1);
   }
   return at;

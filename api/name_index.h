@@ -37,15 +37,16 @@ class NameIndex {
  private:
   static constexpr std::uint32_t kNone = ~std::uint32_t{0};
 
-  /// All names that are equal, as a chain of links.
+  /// All names that are equal, as a chain of links. Their hash stands here, so that on the way to
+  /// another name nothing else is looked at.
   struct Slot {
     std::uint32_t first = kNone;
     std::uint32_t last = kNone;
+    std::uint32_t hash = 0;
   };
   struct Link {
     Place place;
     std::uint32_t next;
-    std::uint32_t hash;
   };
 
   const std::string& NameAt(const Place& place) const {
