@@ -12,7 +12,7 @@ import sys
 import threading
 import time
 from collections.abc import Callable, Iterator, Sequence
-from concurrent.futures import Executor, Future, ThreadPoolExecutor, as_completed
+from concurrent.futures import CancelledError, Executor, Future, ThreadPoolExecutor, as_completed
 from contextlib import AbstractContextManager, nullcontext
 from importlib.util import find_spec
 from types import TracebackType
@@ -211,8 +211,11 @@ def _submitted(pool: Executor, work: _Work, batch: Sequence[Any]) -> Future[list
 
 
 def _ended(task: Future[list[Outcome]], count: int) -> list[Outcome]:
-    """Return the outcomes of a batch; a worker that died fails all of it."""
-    error = task.exception()
+    """Return the outcomes of a batch; a worker that died, or a pool that was emptied, fails it."""
+    try:
+        error = task.exception()
+    except CancelledError:
+        error = CancelledError("the executor cancelled the task")
     if error is None:
         return task.result()
     if not isinstance(error, Exception):

@@ -143,3 +143,21 @@ def test_a_cluster_of_which_a_worker_is_killed_loses_nothing(root: Path) -> None
         table = campaign.stats(SPEED, ["max"], executor=executor)
         expected = {f"run{seed}": float(series(seed).max()) for seed in range(24)}
         assert dict(zip(table.run, table["max"], strict=True)) == pytest.approx(expected)
+
+
+def test_tasks_that_an_executor_cancels_are_failures(root: Path) -> None:
+    with ThreadPoolExecutor(1) as pool:
+
+        def emptied(run: tb.Run) -> str:
+            pool.shutdown(wait=False, cancel_futures=True)
+            return run.name
+
+        results = tb.open_campaign(root).map(emptied, executor=pool, progress=False)
+    assert len(results) >= 1
+    assert len(results) + len(results.failures) == len(tb.open_campaign(root))
+    told = set(zip(results.failures.error, results.failures.text, strict=True))
+    assert told <= {
+        ("CancelledError", "the executor cancelled the task"),
+        ("RuntimeError", "cannot schedule new futures after shutdown"),
+    }
+    assert told
