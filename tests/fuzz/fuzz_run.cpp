@@ -96,6 +96,8 @@ void CheckDoubles(const std::vector<GroupFiles>& groups, const SumaraApi::Group&
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input = Fuzzing::TextOf(data, size);
+  // In a name of the input the walk would take these words for those of a refusal.
+  if (input.find(Fuzzing::kWrongType) != std::string_view::npos) return 0;
   const std::vector<GroupFiles> groups = SplitInput(input);
   Fuzzing::WriteRun(groups);
   const std::size_t way = Fuzzing::PickWay(input, std::size(Fuzzing::kReadingTypes));
