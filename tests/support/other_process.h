@@ -1,8 +1,9 @@
 #pragma once
 
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #ifdef __linux__
 #include <sys/prctl.h>
