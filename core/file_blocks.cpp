@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t kMappedBlock = std::size_t{2} << 20;
 constexpr std::size_t kCachedBlock = std::size_t{256} * 1024;  // stays in the processor's cache
 constexpr std::size_t kDistantBlock = std::size_t{1} << 20;
-constexpr std::uint64_t kLeastMapped = 64 * 1024;  // less is read sooner than mapped
+constexpr std::uint64_t kLeastMapped = std::uint64_t{64} * 1024;  // less is read sooner than mapped
 
 std::size_t BlockSize(bool mapped, bool resident, std::uint64_t size, std::size_t wanted) {
   const std::size_t usual = mapped ? kMappedBlock : resident ? kCachedBlock : kDistantBlock;
