@@ -225,6 +225,7 @@ template <class T, class U>
 auto CBinaryDataReader<T, U>::GatherAll(const std::vector<Column>& columns, std::uint64_t stride,
                                         const RowRange& rows) -> std::optional<Missing> {
   std::vector<const Column*> inOrder;  // of the file: neighbours are copied together
+  inOrder.reserve(columns.size());
   for (const Column& column : columns) inOrder.push_back(&column);
   std::sort(inOrder.begin(), inOrder.end(),
             [](const Column* a, const Column* b) { return a->base < b->base; });
