@@ -54,7 +54,11 @@ VariablePtr GroupContents::RunVariable(std::size_t place) {
 
 void GroupContents::Unload(std::size_t place) {
   Slot& slot = m_slots[place];
-  if (slot.ofRun != nullptr) slot.ofRun->Unload();
+  if (slot.ofRun != nullptr) {
+    slot.ofRun->Unload();
+  } else if (!slot.isUnloaded) {
+    m_group->UnloadSeries(VariableNames()[place]);  // for one that nobody has asked for yet
+  }
   slot.ofRun.reset();
   slot.isUnloaded = true;
 }

@@ -190,6 +190,21 @@ TEST_F(Variable1DTest, UnloadOfTheRunReachesTheVariable) {
   EXPECT_EQ(*again, *data);
 }
 
+TEST_F(Variable1DTest, UnloadReachesTheDataOfAVariableThatItsGroupListsAnew) {
+  Write({});
+  const RunPtr run = Get("run1");
+  const auto speed = run->GetVariable1D<float>("Speed");
+  EXPECT_TRUE(run->UnloadVariable("speed"));
+  run->GetAllGroups();  // the name is known again, and nobody has asked for its variable
+  const auto data = speed->ShareData();
+  EXPECT_TRUE(run->UnloadVariable("speed"));
+  EXPECT_NE(speed->ShareData(), data);
+  EXPECT_TRUE(run->UnloadVariable("speed"));
+  const auto kept = speed->ShareData();
+  EXPECT_TRUE(run->UnloadVariable("speed"));  // of an entry without a variable: reaches nothing
+  EXPECT_EQ(speed->ShareData(), kept);
+}
+
 TEST_F(Variable1DTest, NamesThatDifferInCaseOnlyHaveValuesOfTheirOwn) {
   Write({.variables = {{"speed", "L"}, {"Speed", "L"}}});
   const RunPtr run = Get("run1");
