@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import signal
 import sys
 from collections.abc import Callable, Iterator
 from pathlib import Path
@@ -17,6 +18,10 @@ from support.small_runs import maker, write_run
 ANEW = bool(os.environ.get("TABULON_DRAW_ANEW"))
 settings.register_profile("tests", deadline=None, database=None, derandomize=not ANEW)
 settings.load_profile("tests")
+
+# A shell that runs the tests in the background has interrupts ignored, here and in what is started.
+if signal.getsignal(signal.SIGINT) is signal.SIG_IGN:
+    signal.signal(signal.SIGINT, signal.default_int_handler)
 
 DEFAULTS = {
     ("CacheSettings", "set_buffered_read_enabled"): True,
