@@ -12,9 +12,10 @@ import sys
 import threading
 import time
 from collections.abc import Callable, Iterator, Sequence
-from concurrent.futures import CancelledError, Executor, Future, ThreadPoolExecutor, as_completed
+from concurrent.futures import CancelledError, Executor, Future, ThreadPoolExecutor
 from contextlib import AbstractContextManager, nullcontext
 from importlib.util import find_spec
+from queue import SimpleQueue
 from types import TracebackType
 from typing import Any, NamedTuple
 
@@ -140,13 +141,18 @@ def outcomes(
     found: list[Outcome | None] = [None] * len(items)
     stop = threading.Event()
     pending: dict[Future[list[Outcome]], range] = {}
+    # Not `as_completed`, which waits for ever for a task that a pool has cancelled while it ended.
+    done: SimpleQueue[Future[list[Outcome]]] = SimpleQueue()
     with _executor(executor, len(items)) as pool, _bar(progress, len(items)) as bar:
         work = _Work(function, stop if executor is None else None)
         try:
             for places in _batches(len(items), _workers_of(pool)):
                 batch = [items[place] for place in places]
-                pending[_submitted(pool, work, batch)] = places
-            for task in as_completed(pending):
+                task = _submitted(pool, work, batch)
+                pending[task] = places
+                task.add_done_callback(done.put)
+            for _ in range(len(pending)):
+                task = done.get()
                 places = pending[task]
                 for place, outcome in zip(places, _ended(task, len(places)), strict=True):
                     if raising and outcome.failure is not None:

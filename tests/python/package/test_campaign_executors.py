@@ -145,6 +145,22 @@ def test_a_cluster_of_which_a_worker_is_killed_loses_nothing(root: Path) -> None
         assert dict(zip(table.run, table["max"], strict=True)) == pytest.approx(expected)
 
 
+class Emptied(Executor):
+    """An executor that cancels what waits in it, as a pool that is shut down does."""
+
+    def submit(self, _function: object, /, *_arguments: object, **_named: object) -> Future[object]:
+        """Cancel a task, which nobody will take from the queue any more."""
+        future: Future[object] = Future()
+        assert future.cancel()
+        return future
+
+
+def test_no_task_that_was_cancelled_is_waited_for(root: Path) -> None:
+    results = tb.open_campaign(root).map(largest_speed, executor=Emptied(), progress=False)
+    assert len(results) == 0
+    assert set(results.failures.text) == {"the executor cancelled the task"}
+
+
 def test_tasks_that_an_executor_cancels_are_failures(root: Path) -> None:
     with ThreadPoolExecutor(1) as pool:
 
