@@ -3,11 +3,12 @@
 #include <nanobind/nanobind.h>
 #include <nanobind/ndarray.h>
 #include <nanobind/stl/optional.h>
-#include <nanobind/stl/string_view.h>
+#include <nanobind/stl/string.h>
 #include <nanobind/stl/vector.h>
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "tables/module/arrays.h"
@@ -65,7 +66,7 @@ nb::object ReadNew(const GroupTable& table, const Selection& selection, const nb
 
 nb::object Read(const GroupTable& table, const Selection& selection, const nb::object& dtype) {
   const nb::object type = nb::module_::import_("numpy").attr("dtype")(dtype);
-  const std::string_view name = nb::cast<std::string_view>(type.attr("str"));
+  const auto name = nb::cast<std::string>(type.attr("str"));  // outlives the text of Python
   if (name == "<f8") return ReadNew<double>(table, selection, type);
   if (name == "<f4") return ReadNew<float>(table, selection, type);
   if (name == "<i4") return ReadNew<int>(table, selection, type);
