@@ -2,9 +2,9 @@
 
 #include <bit>
 #include <limits>
-#include <span>
 #include <utility>
 
+#include "core/at_rest.h"
 #include "core/exceptions.h"
 #include "core/numbers.h"
 #include "core/paths.h"
@@ -20,17 +20,6 @@ bool Multiply(std::uint64_t a, std::uint64_t b, std::uint64_t& product) {
   if (b != 0 && a > std::numeric_limits<std::uint64_t>::max() / b) return false;
   product = a * b;
   return true;
-}
-
-/// Reads a file from its start, anew if somebody wrote meanwhile: where a file is cut under a read
-/// the system may give zeros. One that never comes to rest is taken as it comes.
-std::size_t ReadAtRest(const Sumara::File& file, std::span<char> target, int& error) {
-  constexpr int kMostTurns = 10;
-  for (int turn = 1;; ++turn) {
-    const Sumara::FileState before = file.State();
-    const std::size_t size = file.ReadAt(0, target, error);
-    if (error != 0 || turn == kMostTurns || file.State() == before) return size;
-  }
 }
 
 /// The lines that a text data file of these dimensions should have; 0 if that cannot be told.
@@ -90,7 +79,9 @@ void CReader<T, U>::FillBuffer() {
   m_words = nullptr;
   m_buffer.Resize(static_cast<std::size_t>(m_length));
   int error = 0;
-  const std::size_t size = ReadAtRest(m_stream.SystemFile(), m_buffer.Bytes(), error);
+  std::size_t size = 0;
+  const Sumara::File& file = m_stream.SystemFile();
+  Sumara::PassAtRest(file, [&] { size = file.ReadAt(0, m_buffer.Bytes(), error); });
   m_buffer.Resize(size);
   m_stream.Close();
   if (error != 0) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "core/at_rest.h"
 #include "core/file_blocks.h"
 #include "core/file_lease.h"
 #include "core/file_map.h"
@@ -200,13 +201,17 @@ void CBinaryDataReader<T, U>::Gather(const DataLayout& layout, std::vector<Colum
   std::vector<std::vector<U>*> vectors;
   for (Column& column : columns) {
     if (column.values == nullptr) column.values = &column.own;
-    column.values->clear();
+    column.values->clear();  // the room for what is read is made without a copy
     vectors.push_back(column.values);
   }
   if (points == 0 || columns.empty()) return;
   Pages::Reserve<U>(vectors, static_cast<std::size_t>(points));
   const RowRange rows{0, points, 1};
-  const auto missing = GatherAll(columns, layout.Stride(), rows);
+  std::optional<Missing> missing;
+  PassAtRest(this->m_stream.SystemFile(), [&] {
+    for (std::vector<U>* const values : vectors) values->clear();
+    missing = GatherAll(columns, layout.Stride(), rows);
+  });
   if (!missing) return;
   ColumnPlan plan{{}, layout.Stride()};
   columns.resize(requested);
