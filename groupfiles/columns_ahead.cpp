@@ -56,15 +56,20 @@ void ColumnsAhead<U>::Asked::Add(std::size_t ofVariable, std::size_t ofSecondary
   secondary = ofSecondary;
 }
 
+/// Forgets what was asked for in another layout.
+template <class U>
+void ColumnsAhead<U>::Adopt(const DataLayout& layout, const DataRequest& request) {
+  if (IsOf(layout, request)) return;
+  Clear();
+  m_layout = layout;
+  m_points = request.points;
+}
+
 /// Whether a request is not the first, and for more than columns that were dropped.
 template <class U>
 bool ColumnsAhead<U>::IsAnother(const DataLayout& layout, const DataRequest& request) {
   if (request.points == 0 || request.variables.empty() || layout.variables == 0) return false;
-  if (!IsOf(layout, request)) {
-    Clear();
-    m_layout = layout;
-    m_points = request.points;
-  }
+  Adopt(layout, request);
   if (m_handedOut.empty()) return false;
   return !ForEachColumn(layout, request, [&](std::size_t, std::size_t, std::uint64_t base) {
     return m_handedOut.contains(base);
@@ -121,6 +126,7 @@ std::vector<std::uint64_t> ColumnsAhead<U>::Choose(const DataLayout& layout,
 template <class U>
 void ColumnsAhead<U>::MarkHandedOut(const DataLayout& layout, const DataRequest& request) {
   if (request.points == 0) return;
+  Adopt(layout, request);
   ForEachColumn(layout, request,
                 [&](std::size_t variable, std::size_t secondary, std::uint64_t base) {
                   m_asked.Add(variable, secondary);

@@ -44,7 +44,7 @@ class ColumnsAhead {
     m_columns.insert_or_assign(base, std::move(values));
   }
 
-  /// Says that the columns of a request were handed out.
+  /// Says that the columns of a request were handed out, whether `Choose` was asked or not.
   void MarkHandedOut(const DataLayout& layout, const DataRequest& request);
 
   /// The memory that a column of so many points takes; all ones if that is beyond 64 bits.
@@ -73,9 +73,9 @@ class ColumnsAhead {
     std::uint64_t end;
   };
 
+  void Adopt(const DataLayout& layout, const DataRequest& request);
   bool IsAnother(const DataLayout& layout, const DataRequest& request);
   Band NextBand(const DataRequest& request, std::uint64_t width);
-  void HandOut(std::size_t variable, std::size_t secondary, std::uint64_t base);
   bool IsOf(const DataLayout& layout, const DataRequest& request) const {
     return layout == m_layout && request.points == m_points;
   }

@@ -91,6 +91,11 @@ TEST_F(ColumnsAheadTest, AllComeWithTheSecondRequestWhereAllIsTheRule) {
   EXPECT_EQ(ChosenWith({4}, {1}), Of(0, 30, {4, 34}));
 }
 
+TEST_F(ColumnsAheadTest, RequestThatWasOnlyMarkedIsTheFirst) {
+  m_ahead.MarkHandedOut(m_layout, {{20}, {0}, kPoints, true});
+  EXPECT_EQ(ChosenWith({40}), Of(32, 48, {40}));
+}
+
 TEST_F(ColumnsAheadTest, NoMoreComeThanMayBeKept) {
   m_rule.most = 3;
   ChosenWith({20});

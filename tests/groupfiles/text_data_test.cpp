@@ -1,6 +1,7 @@
 #include <chrono>
 #include <fstream>
 
+#include "groupfiles/kept_data.h"
 #include "tests/groupfiles/data_fixture.h"
 #include "tests/support/stream_state.h"
 
@@ -298,6 +299,19 @@ TEST_P(TextDataTest, SeveralHeaderRecordsAreCountedWhateverTheSizeOfTheFile) {
     EXPECT_EQ(Read(All(0)), 4u);
     EXPECT_EQ(Of(0), (std::vector<double>{1, 222, 3, 4}));
   }
+}
+
+TEST_P(TextDataTest, SecondRequestConvertsAllElseAlong) {
+  Write(LinesOf(CountedRows(5, 4)));
+  Open({4, 5}, /*binary=*/false);
+  std::vector<std::uint64_t> kept;
+  for (const std::size_t variable : {0, 1, 2, 3}) {
+    Read({{variable}, {0}, 5, true});
+    kept.push_back(Sumara::KeptData::Total());
+  }
+  const std::uint64_t column = kept[2];
+  EXPECT_GT(column, 0u);
+  EXPECT_EQ(kept, (std::vector<std::uint64_t>{0, 2 * column, column, 0}));
 }
 
 TEST_P(TextDataTest, ChangedFileIsReadAnew) {
