@@ -12,6 +12,20 @@
 
 namespace Sumara {
 
+/// Eight characters as a word.
+inline std::uint64_t LoadEight(const char* at) {
+  std::uint64_t word;
+  std::memcpy(&word, at, sizeof(word));
+  return word;
+}
+
+/// The word of eight characters that are known.
+constexpr std::uint64_t EightOf(const char (&text)[9]) {
+  std::uint64_t word = 0;
+  for (int i = 7; i >= 0; --i) word = word << 8 | static_cast<unsigned char>(text[i]);
+  return word;
+}
+
 inline constexpr std::uint64_t kEightZeros = 0x3030303030303030u;
 
 /// Sets the top bit of the first byte that is no digit, and maybe of later ones; no bit below it.
@@ -42,9 +56,8 @@ inline std::size_t CountDigits(std::string_view text) {
   constexpr std::size_t kBlock = 8;
   std::size_t at = 0;
   for (; text.size() - at >= kBlock; at += kBlock) {
-    std::uint64_t block;
-    std::memcpy(&block, text.data() + at, kBlock);
-    if (const std::size_t count = CountLeadingDigits(block); count < kBlock) return at + count;
+    const std::size_t count = CountLeadingDigits(LoadEight(text.data() + at));
+    if (count < kBlock) return at + count;
   }
   while (at < text.size() && IsDigit(text[at])) ++at;
   return at;

@@ -1,14 +1,13 @@
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <locale>
 #include <sstream>
 #include <type_traits>
 
+#include "core/decimal_value.h"
 #include "core/eight_digits.h"
 #include "core/numbers.h"
 #include "core/scientific_number.h"
@@ -37,8 +36,8 @@ struct Spelling {
 /// Appends digits to the mantissa, which wraps round if they are too many.
 const char* ScanDigits(const char* at, const char* end, std::uint64_t& mantissa) {
   constexpr std::size_t kBlock = 8;
-  for (std::uint64_t word = 0; end - at >= std::ptrdiff_t{kBlock}; at += kBlock) {
-    std::memcpy(&word, at, kBlock);
+  for (; end - at >= std::ptrdiff_t{kBlock}; at += kBlock) {
+    const std::uint64_t word = LoadEight(at);
     if (CountLeadingDigits(word) != kBlock) break;
     mantissa = 100'000'000 * mantissa + JoinEightDigits(word);
   }
@@ -90,51 +89,26 @@ Spelling Scan(const char* at, const char* end) {
   return spelling;
 }
 
-constexpr int kLargestPower = 22;  // of ten that a double holds
-
-/// \param exponent at most `kLargestPower`, with either sign
-double TimesPowerOfTen(double value, std::ptrdiff_t exponent) {
-  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-  return exponent < 0 ? value / kPowers[-exponent] : value * kPowers[exponent];
-}
-
-/// The value as a double if one multiplication or division of exact numbers gives it.
-bool MultiplyOut(const Spelling& spelling, double& value) {
-  constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
-  if (!spelling.exact || spelling.mantissa > kLargestExact) return false;
-  if (spelling.exponent < -kLargestPower || spelling.exponent > kLargestPower) return false;
-  value = TimesPowerOfTen(static_cast<double>(spelling.mantissa), spelling.exponent);
-  return true;
-}
-
-bool Narrow(double wide, double& value) {
-  value = wide;
-  return true;
-}
-
-/// Rounding twice is harmless unless the double lies midway between two floats.
-bool Narrow(double wide, float& value) {
-  constexpr std::uint64_t kDroppedBits = (std::uint64_t{1} << 29) - 1;
-  constexpr std::uint64_t kMidway = std::uint64_t{1} << 28;
-  const bool inRange = wide == 0 || (wide >= double{std::numeric_limits<float>::min()} &&
-                                     wide <= double{std::numeric_limits<float>::max()});
-  if (!inRange || (std::bit_cast<std::uint64_t>(wide) & kDroppedBits) == kMidway) return false;
-  value = static_cast<float>(wide);
-  return true;
-}
-
-/// Takes a number as simulators write it. \return its size; 0 for any other, or if it takes more
+/// Takes a number as floats are written. \return its size; 0 for any other, or if it takes more
 /// care.
 template <class T>
+std::size_t TakeFloatText(std::string_view text, T& value) {
+  const std::size_t size = FloatTextSize(text);
+  if (size == 0) return 0;
+  const FloatText number{text.data() + (size - FloatText::kSize)};
+  if (!DecimalValue::Of(number.Mantissa(), number.Power() - FloatText::kDigits, value)) return 0;
+  if (size > FloatText::kSize) value = -value;
+  return size;
+}
+
+/// The same for a number with another count of digits.
+template <class T>
 std::size_t TakeScientific(std::string_view text, T& value) {
+  if (const std::size_t size = TakeFloatText(text, value)) return size;
   const ScientificNumber number = ScientificNumber::At(text);
   if (number.size == 0 || !number.IsShort()) return 0;
   const std::ptrdiff_t exponent = number.power - static_cast<std::ptrdiff_t>(number.digits);
-  if (exponent < -kLargestPower || exponent > kLargestPower) return 0;
-  const auto mantissa = static_cast<double>(number.Mantissa());
-  if (!Narrow(TimesPowerOfTen(mantissa, exponent), value)) return 0;
+  if (!DecimalValue::Of(number.Mantissa(), exponent, value)) return 0;
   if (number.negative) value = -value;
   return number.size;
 }
@@ -158,8 +132,7 @@ bool ExtractReal(std::string_view& text, T& value) {
   text.remove_prefix(number.size());
   value = 0;
   if (!spelling.valid) return false;
-  double wide = 0;
-  if (MultiplyOut(spelling, wide) && Narrow(wide, value)) {
+  if (spelling.exact && DecimalValue::Of(spelling.mantissa, spelling.exponent, value)) {
     if (spelling.negative) value = -value;
     return true;
   }

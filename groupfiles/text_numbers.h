@@ -12,14 +12,24 @@
 
 namespace Sumara {
 
+/// Whether a number with this exponent of ten and one digit in front of the point is surely within
+/// the range of a float.
+constexpr bool IsSafePower(int power) {
+  constexpr int kSafePower = 29;
+  return power >= -kSafePower && power <= kSafePower;
+}
+
 /// The size of a number in scientific notation of everyday magnitude that `text` begins with; 0 if
 /// it begins with anything else.
 inline std::size_t ScientificNumberSize(std::string_view text) {
-  constexpr int kSafePower = 29;  // within the range of a float
+  const auto ends = [text](std::size_t size) { return size == text.size() || IsSpace(text[size]); };
+  if (const std::size_t size = FloatTextSize(text)) {
+    const FloatText number{text.data() + (size - FloatText::kSize)};
+    return IsSafePower(number.Power()) && ends(size) ? size : 0;
+  }
   const ScientificNumber number = ScientificNumber::At(text);
-  if (number.power < -kSafePower || number.power > kSafePower) return 0;
-  const bool ends = number.size == text.size() || IsSpace(text[number.size]);
-  return ends ? number.size : 0;
+  if (!IsSafePower(number.power)) return 0;
+  return ends(number.size) ? number.size : 0;
 }
 
 /// How far `text` begins with a number that surely converts to U, by its characters; 0 if they do

@@ -238,6 +238,19 @@ TYPED_TEST(ExtractNumberTest, NumbersOfSimulatorsReadAsAStreamReadsThem) {
   }
 }
 
+TYPED_TEST(ExtractNumberTest, EveryCharacterAtEveryPlaceOfAFloat) {
+  for (const std::string_view number : {"1.2345678E+05 ", "-9.0000000e-17 "}) {
+    for (std::size_t place = 0; place < number.size(); ++place) {
+      for (int c = 0; c < 256; ++c) {
+        std::string text(number);
+        text[place] = static_cast<char>(c);
+        Compare<TypeParam>(text);
+        Compare<TypeParam>(text.substr(0, place + 1));
+      }
+    }
+  }
+}
+
 TYPED_TEST(ExtractNumberTest, LongDigitStringsReadAsAStreamReadsThem) {
   std::mt19937 random(3);
   for (int i = 0; i < 2'000 && !this->HasFailure(); ++i) {
