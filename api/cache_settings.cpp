@@ -6,12 +6,12 @@
 namespace SumaraApi {
 
 void TabulonApi_CacheSettings::SetBufferedReadEnabled(bool bufferedReadEnabled) {
-  for (const auto& [path, run] : State().runs) run->ReleaseReaders();
+  State().runs.ReleaseReaders();
   State().bufferedRead = bufferedReadEnabled;
 }
 
 void TabulonApi_CacheSettings::SetRunCachingEnabled(bool runCachingEnabled) {
-  if (!runCachingEnabled) State().runs.clear();
+  if (!runCachingEnabled) State().runs.Clear();
   State().runCaching = runCachingEnabled;
 }
 

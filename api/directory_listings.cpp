@@ -15,10 +15,11 @@ namespace {
 constexpr std::size_t kMostListings = 4;
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
 
-/// None for a directory that cannot be asked: listing it tells why.
+/// None for a directory whose entries cannot be reached.
+/// \param directory with a trailing separator.
 std::optional<std::int64_t> LastWriteOf(const std::string& directory) {
   try {
-    return Sumara::LastWriteTicks(directory);
+    return Sumara::LastWriteTicks(directory + '.');  // itself is reached as each entry is
   } catch (const std::filesystem::filesystem_error&) {
     return std::nullopt;
   }
@@ -53,13 +54,14 @@ std::shared_ptr<const DirectoryListing> DirectoryListings::Of(const std::string&
     m_kept.erase(known);
   }
   auto listing = std::make_shared<const DirectoryListing>(directory);
+  if (!lastWrite) listing->CheckSearchable();
   if (!lastWrite || !IsOlderThanTheClock(*lastWrite, now)) return listing;
   m_kept.insert(m_kept.begin(), {listing, *lastWrite});
   if (m_kept.size() > kMostListings) m_kept.pop_back();
   return listing;
 }
 
-std::vector<std::string> FilesOfRun(const std::string& directory, const std::string& runName) {
+std::vector<std::string> FilesOfRun(const std::string& directory, std::string_view runName) {
   return State().listings.Of(directory)->FilesOf(runName);
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "vocabulary/run_files.h"
@@ -30,6 +31,6 @@ class DirectoryListings {
 };
 
 /// The names of the files of a run, as `DirectoryListing::FilesOf`.
-std::vector<std::string> FilesOfRun(const std::string& directory, const std::string& runName);
+std::vector<std::string> FilesOfRun(const std::string& directory, std::string_view runName);
 
 }  // namespace SumaraApi

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <unordered_map>
 
 #include "api/directory_listings.h"
+#include "api/run_cache.h"
 #include "api/types.h"
 #include "core/directory_walk.h"
-#include "core/text.h"
 
 namespace SumaraApi {
 
@@ -22,8 +20,7 @@ struct SearchFilters {
 /// What the library keeps for the life of the process: the run cache and the settings. Nothing
 /// guards it: all calls come on one thread at a time.
 struct ProcessState {
-  /// Runs by the path of their termination file, whatever its case.
-  std::unordered_map<std::string, RunPtr, Sumara::HashNoCase, Sumara::EqualNoCase> runs;
+  RunCache runs;
   bool bufferedRead = true;
   bool runCaching = true;
   DataTypeSpecifier dataTypeForReading = DataTypeSpecifier::ReadAsSerialisedType;

@@ -33,17 +33,13 @@ Run::Run(std::string terminationFilePath, bool bufferedRead)
 
 Run::~Run() = default;
 
-const std::string& Run::Directory() {
-  if (m_directory.empty()) m_directory = Sumara::DirectoryOf(m_terminationFilePath);
-  return m_directory;
+std::string_view Run::Name() const {
+  return Sumara::StemOf(Sumara::FileNameOf(m_terminationFilePath));
 }
+std::string Run::Directory() const { return Sumara::DirectoryOf(m_terminationFilePath); }
+std::string Run::DirectoryAndName() const { return Directory().append(Name()); }
 
-const std::string& Run::Name() {
-  if (m_name.empty()) m_name = Sumara::StemOf(Sumara::FileNameOf(m_terminationFilePath));
-  return m_name;
-}
-
-std::string Run::GetName() { return Name(); }
+std::string Run::GetName() { return std::string(Name()); }
 std::string Run::GetDirectory() { return Directory(); }
 
 // Change detection.
@@ -71,6 +67,11 @@ void Run::NoteLastWrite() {
 
 // Side files.
 
+Run::SideFiles& Run::Side() {
+  if (m_side == nullptr) m_side = std::make_unique<SideFiles>();
+  return *m_side;
+}
+
 const std::string& Run::Content(std::string& cached, const std::string& path,
                                 const char* description) {
   if (!cached.empty() && !HasChanged()) return cached;
@@ -81,31 +82,32 @@ const std::string& Run::Content(std::string& cached, const std::string& path,
 }
 
 std::string Run::GetTerminationFileContent() {
-  return Content(m_terminationFileContent, m_terminationFilePath, "run termination file");
+  return Content(Side().terminationText, m_terminationFilePath, "run termination file");
 }
 
 std::string Run::GetMessageFileContent() {
-  return Content(m_messageFileContent, DirectoryAndName() + MessageFileExtension,
-                 "run message file");
+  return Content(Side().messageText, DirectoryAndName() + MessageFileExtension, "run message file");
 }
 
 std::string Run::GetVerificationFileContent() {
-  return Content(m_verificationFileContent, DirectoryAndName() + VerificationFileExtension,
+  return Content(Side().verificationText, DirectoryAndName() + VerificationFileExtension,
                  "run verification file");
 }
 
 std::string Run::GetTimestamp() {
-  if (m_timestamp.empty() || HasChanged()) {
+  std::string& timestamp = Side().timestamp;
+  if (timestamp.empty() || HasChanged()) {
     NoteLastWrite();
-    m_timestamp.clear();
-    m_timestamp = Sumara::LastWriteTimeText(m_terminationFilePath);
+    timestamp.clear();
+    timestamp = Sumara::LastWriteTimeText(m_terminationFilePath);
   }
-  return m_timestamp;
+  return timestamp;
 }
 
 double Run::GetExecutionDurationSeconds() {
-  if (HasChanged()) m_executionDuration.reset();
-  if (!m_executionDuration) {
+  std::optional<std::int64_t>& duration = Side().executionDuration;
+  if (HasChanged()) duration.reset();
+  if (!duration) {
     const std::string start = DirectoryAndName() + VerificationFileExtension;
     if (!Sumara::Exists(start)) {
       throw CIOException(5022, Sumara::FileContext(start),
@@ -114,9 +116,9 @@ double Run::GetExecutionDurationSeconds() {
     const std::int64_t seconds =
         (*m_terminationFileLastWrite - Sumara::LastWriteTicks(start)) / kTicksPerSecond;
     if (seconds < 0) throw Sumara::CException(143, "Run: " + DirectoryAndName());
-    m_executionDuration = seconds;
+    duration = seconds;
   }
-  return static_cast<double>(*m_executionDuration);
+  return static_cast<double>(*duration);
 }
 
 CompletionState Run::GetCompletionState() { return CompletionStateOf(GetTerminationFileContent()); }
@@ -146,9 +148,10 @@ CalculationType Run::ResolveCalculationType(bool checkUnsupportedExtensions) {
 
 CalculationType Run::ScanForCalculationType(bool checkUnsupportedExtensions) {
   NoteLastWrite();
-  for (const std::string& fileName : FilesOfRun(Directory(), Name())) {
+  const std::string directory = Directory();
+  for (const std::string& fileName : FilesOfRun(directory, Name())) {
     const std::string_view extension = Sumara::ExtensionOf(fileName);
-    if (IsHeaderExtension(extension)) return CalculationTypeOfHeader(Directory() + fileName);
+    if (IsHeaderExtension(extension)) return CalculationTypeOfHeader(directory + fileName);
     if (!checkUnsupportedExtensions) continue;
     const CalculationType type = CalculationTypeOfExtension(extension);
     if (type != CalculationType::Unknown) return type;
@@ -165,24 +168,11 @@ CalculationType Run::CalculationTypeOfHeader(const std::string& path) const {
   return CalculationTypeOf(content);
 }
 
-std::string Run::GetCalculationDescriptiveName() {
-  if (m_calculationDescriptiveName.empty())
-    m_calculationDescriptiveName = DescriptiveNameOf(GetCalculationType());
-  return m_calculationDescriptiveName;
-}
+std::string Run::GetCalculationDescriptiveName() { return DescriptiveNameOf(GetCalculationType()); }
 
-bool Run::Classify(Classification& cached, bool (*isOfClass)(CalculationType)) {
-  if (!cached.known) cached = {true, isOfClass(GetCalculationType())};
-  return cached.value;
-}
-
-bool Run::IsTurbineSimulation() {
-  return Classify(m_isTurbineSimulation, &SumaraApi::IsTurbineSimulation);
-}
-bool Run::IsSupportingCalculation() { return Classify(m_isSupportingCalculation, &IsSupporting); }
-bool Run::IsPostProcessingCalculation() {
-  return Classify(m_isPostProcessingCalculation, &IsPostProcessing);
-}
+bool Run::IsTurbineSimulation() { return SumaraApi::IsTurbineSimulation(GetCalculationType()); }
+bool Run::IsSupportingCalculation() { return IsSupporting(GetCalculationType()); }
+bool Run::IsPostProcessingCalculation() { return IsPostProcessing(GetCalculationType()); }
 bool Run::IsCalculationTypeSupported() { return IsSupported(GetCalculationType()); }
 
 }  // namespace SumaraApi

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "api/types.h"
@@ -101,6 +102,7 @@ class Run : public std::enable_shared_from_this<Run> {
   std::vector<GroupPtr> GetAllGroups();
 
   /// \cond internal
+  const std::string& TerminationFilePath() const { return m_terminationFilePath; }
   /// Whether the termination file has changed since somebody asked; true for the first who asks.
   bool HasChanged();
   /// Stores the last write now, so that the first rewrite is noticed.
@@ -112,20 +114,23 @@ class Run : public std::enable_shared_from_this<Run> {
   /// \endcond
 
  private:
-  struct Classification {
-    bool known = false;
-    bool value = false;
+  /// What its side files tell; an empty text counts as not read yet.
+  struct SideFiles {
+    std::string terminationText;
+    std::string messageText;
+    std::string verificationText;
+    std::string timestamp;
+    std::optional<std::int64_t> executionDuration;
   };
 
-  /// A file's text; an empty one counts as not read yet.
+  SideFiles& Side();
   const std::string& Content(std::string& cached, const std::string& path, const char* description);
-  const std::string& Name();
-  const std::string& Directory();
-  std::string DirectoryAndName() { return Directory() + Name(); }
+  std::string_view Name() const;
+  std::string Directory() const;
+  std::string DirectoryAndName() const;
   CalculationType ResolveCalculationType(bool checkUnsupportedExtensions);
   CalculationType ScanForCalculationType(bool checkUnsupportedExtensions);
   CalculationType CalculationTypeOfHeader(const std::string& path) const;
-  bool Classify(Classification& cached, bool (*isOfClass)(CalculationType));
 
   /// Starts headers, groups and variables anew if the termination file has changed.
   bool RefreshIfChanged();
@@ -135,21 +140,12 @@ class Run : public std::enable_shared_from_this<Run> {
   bool Contains(std::string const& variableName, std::size_t dimensions);
 
   std::string m_terminationFilePath;
-  std::string m_directory;
-  std::string m_name;
-  std::string m_messageFileContent;
-  std::string m_terminationFileContent;
-  std::string m_verificationFileContent;
-  std::string m_timestamp;
-  std::string m_calculationDescriptiveName;
-  Classification m_isTurbineSimulation;
-  Classification m_isSupportingCalculation;
-  Classification m_isPostProcessingCalculation;
-  std::optional<CalculationType> m_calculationType;
   std::optional<std::int64_t> m_terminationFileLastWrite;
-  std::optional<std::int64_t> m_executionDuration;
+  std::optional<CalculationType> m_calculationType;
   bool m_keepsReadersOpen;
-  std::unique_ptr<RunContents> m_contents;  ///< null until something is asked of it
+  // Null until something is asked of them: of most runs of a search nothing is.
+  std::unique_ptr<SideFiles> m_side;
+  std::unique_ptr<RunContents> m_contents;
 };
 
 }  // namespace SumaraApi

@@ -17,7 +17,7 @@ constexpr std::int32_t kFoundInSeveralGroups = 165;
 
 RunContents& Run::Contents() {
   if (m_contents == nullptr)
-    m_contents = std::make_unique<RunContents>(Directory(), Name(), m_keepsReadersOpen);
+    m_contents = std::make_unique<RunContents>(Directory(), GetName(), m_keepsReadersOpen);
   return *m_contents;
 }
 

@@ -1,7 +1,6 @@
 #include "api/run_search.h"
 
 #include <filesystem>
-#include <type_traits>
 #include <utility>
 
 #include "api/process_state.h"
@@ -49,23 +48,10 @@ std::string CanonicalTerminationPath(Sumara::DirectoryWalk& walk) {
   }
 }
 
-RunPtr CachedOrNewRun(const std::string& path) {
-  const auto& runs = State().runs;
-  const auto cached = runs.find(path);
-  if (cached != runs.end() && !IsOfAnotherName(*cached->second, path)) return cached->second;
-  return std::make_shared<Run>(path, State().bufferedRead);
-}
-
-/// Caches what was found in place of what is there; it caches all or nothing.
-void CacheRuns(const std::vector<RunPtr>& found) {
-  auto& runs = State().runs;
-  std::remove_reference_t<decltype(runs)> entries;
-  for (const RunPtr& run : found) entries.insert_or_assign(run->GetTerminationFilePath(), run);
-  runs.reserve(runs.size() + entries.size());
-  while (!entries.empty()) {
-    auto entered = runs.insert(entries.extract(entries.begin()));
-    if (!entered.inserted) entered.position->second = std::move(entered.node.mapped());
-  }
+RunPtr CachedOrNewRun(std::string path) {
+  RunPtr cached = State().runs.Find(path);
+  if (cached != nullptr && !IsOfAnotherName(*cached, path)) return cached;
+  return std::make_shared<Run>(std::move(path), State().bufferedRead);
 }
 
 std::vector<RunPtr> Walk(const std::string& rootDirectory, const RunQuery& query) {
@@ -100,7 +86,7 @@ bool RunNameMatcher::Matches(std::string_view fileName) {
 }
 
 bool IsOfAnotherName(const Run& run, const std::string& path) {
-  const std::string own = run.GetTerminationFilePath();
+  const std::string& own = run.TerminationFilePath();
   return own != path && !Sumara::Exists(own);
 }
 
@@ -128,7 +114,7 @@ std::vector<RunPtr> SearchRuns(const std::string& rootDirectory, const RunQuery&
   } catch (const std::filesystem::filesystem_error& failure) {
     throw Sumara::CException(140, Sumara::DirectoryContext(rootDirectory), failure.what());
   }
-  if (State().runCaching) CacheRuns(found);
+  if (State().runCaching) State().runs.Replace(found);
   return found;
 }
 

@@ -28,24 +28,22 @@ RunPtr MakeRun(const std::string& path) {
   auto run = std::make_shared<Run>(path, State().bufferedRead);
   run->NoteLastWrite();
   if (!State().runCaching) return run;
-  return State().runs.try_emplace(path, run).first->second;
+  return State().runs.Add(run);
 }
 
 }  // namespace
 
 RunPtr TabulonApi::GetRun(std::string const& directory, std::string const& runName) {
   const std::string path = CanonicalDirectory(directory) + runName + Run::TerminationFileExtension;
-  auto& runs = State().runs;
-  const auto cached = runs.find(path);
+  RunCache& runs = State().runs;
+  RunPtr cached = runs.Find(path);
   if (!Sumara::Exists(path)) {
-    const bool wasCached = cached != runs.end();
-    if (wasCached) runs.erase(cached);
-    throw Sumara::CException(wasCached ? 142 : 141, Sumara::FileContext(path));
+    runs.Remove(path);
+    throw Sumara::CException(cached != nullptr ? 142 : 141, Sumara::FileContext(path));
   }
-  if (cached != runs.end()) {
-    if (!IsOfAnotherName(*cached->second, path) && !cached->second->HasChanged())
-      return cached->second;
-    runs.erase(cached);
+  if (cached != nullptr) {
+    if (!IsOfAnotherName(*cached, path) && !cached->HasChanged()) return cached;
+    runs.Remove(path);
   }
   return MakeRun(path);
 }
@@ -71,7 +69,7 @@ std::vector<RunPtr> TabulonApi::GetRunsMatchingNameRegex(std::string const& root
       {.pattern = runNameRegexPattern, .isRegularExpression = true, .scope = searchScope});
 }
 
-void TabulonApi::ClearRuns() { State().runs.clear(); }
+void TabulonApi::ClearRuns() { State().runs.Clear(); }
 
 bool TabulonApi::WriteOutput(IOutputSpecification const& outputSpec,
                              OverwriteBehaviour const overwriteBehaviour) {

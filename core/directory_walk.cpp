@@ -40,7 +40,9 @@ void DirectoryWalk::NextOrLeave(const char* word) {
 
 void DirectoryWalk::Advance() {
   if (AtEnd()) return;
-  if (m_descends && IsOwnDirectory(EntryPath(), Entry().type)) {
+  const EntryType type = Entry().type;
+  const bool mayHoldMore = type == EntryType::kDirectory || type == EntryType::kUnknown;
+  if (m_descends && mayHoldMore && IsOwnDirectory(EntryPath(), type)) {
     Enter(EntryPath(), m_levels.back().canonical + Entry().name, kAdvance);
   } else {
     NextOrLeave(kAdvance);

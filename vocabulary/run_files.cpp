@@ -51,13 +51,13 @@ DirectoryListing::DirectoryListing(std::string directory) : m_directory(std::mov
                    [](const Hashed& a, const Hashed& b) { return a.hash < b.hash; });
 }
 
+void DirectoryListing::CheckSearchable() const {
+  if (m_entries.empty()) return;
+  Sumara::IsRegularFile(m_directory + m_entries.front().name, Sumara::EntryType::kUnknown);
+}
+
 /// Whether each of the entries that the directory does not tell of is a regular file.
 std::vector<bool> DirectoryListing::AskUnsureEntries() const {
-  // What the directory tells of its entries says nothing of whether they can be reached: the first
-  // one shows that for all.
-  if (!m_entries.empty()) {
-    Sumara::IsRegularFile(m_directory + m_entries.front().name, Sumara::EntryType::kUnknown);
-  }
   std::vector<bool> areFiles;
   for (const std::uint32_t at : m_unsure) {
     const Sumara::DirectoryEntry& entry = m_entries[at];

@@ -45,9 +45,14 @@ class DirectoryListing {
   /// out whose extension came before.
   ///
   /// Of links the targets are asked for anew; one that cannot be followed is an error, whatever its
-  /// name, and so is a directory whose entries cannot be asked for.
+  /// name.
   /// \throws std::filesystem::filesystem_error with the word "status".
   std::vector<std::string> FilesOf(std::string_view runName) const;
+
+  /// Asks the system for one entry: what the directory tells of them says nothing of whether they
+  /// can be reached.
+  /// \throws std::filesystem::filesystem_error with the word "status".
+  void CheckSearchable() const;
 
  private:
   struct Hashed {
