@@ -85,6 +85,9 @@ class Pair:
     peer: Call
     equal: Callable[[Any, Any], bool]
     cold: Sequence[Path] = ()
+    """Files that the system forgets before each turn."""
+    new: Sequence[Path] = ()
+    """Files that are removed before each turn, which writes them."""
     after: Call | None = None
     """Called when the row is done: puts settings back."""
 
@@ -231,7 +234,7 @@ def repeated(call: Call) -> tuple[Call, int]:
 
 def side_by_side(pair: Pair) -> tuple[list[float], list[float]]:
     """Return the times of both sides, which take turns."""
-    if pair.cold:
+    if pair.cold or pair.new:
         sides = [(pair.ours, 1), (pair.peer, 1)]
     else:
         sides = [repeated(pair.ours), repeated(pair.peer)]
@@ -241,6 +244,8 @@ def side_by_side(pair: Pair) -> tuple[list[float], list[float]]:
         for i in (0, 1) if number % 2 == 0 else (1, 0):
             call, count = sides[i]
             forget(pair.cold)
+            for path in pair.new:
+                path.unlink(missing_ok=True)
             times[i].append(seconds_of(call) / count)
     return times
 

@@ -36,18 +36,30 @@ def table(points: int, variables: int) -> list[np.ndarray]:
     return list(np.ascontiguousarray(fixtures.load_table(points, variables).T))
 
 
-@row("write", "write_output, 240 MB binary", against="np.stack(...).tofile", target=0.5)
-def write_binary(place: Place) -> Pair:
-    """Write a large group."""
+def large_group(place: Place, *, anew: bool) -> Pair:
+    """Write a large group, into new files or over those of the round before."""
     directory = out_of(place)
     columns = table(place.size(200_000, 2_000), 300)
     group = group_of(directory, columns, 1, api.VariableDataFormat_Binary)
-    peer = directory / "peer.bin"
+    data, peer = directory / "out.$01", directory / "peer.bin"
     return Pair(
         ours=lambda: api.TabulonApi_write_output(group),
         peer=lambda: np.stack(columns, axis=1).astype("<f4").tofile(peer),
-        equal=lambda *_: (directory / "out.$01").read_bytes() == peer.read_bytes(),
+        equal=lambda *_: data.read_bytes() == peer.read_bytes(),
+        new=(data, peer) if anew else (),
     )
+
+
+@row("write", "write_output, 240 MB binary", against="np.stack(...).tofile", target=0.5)
+def write_binary(place: Place) -> Pair:
+    """Write a large group into new files."""
+    return large_group(place, anew=True)
+
+
+@row("write", "write_output over 240 MB", against="np.stack(...).tofile", target=1.0)
+def write_over(place: Place) -> Pair:
+    """Write a large group over one: the disk takes part, which both wait for."""
+    return large_group(place, anew=False)
 
 
 @row("write", "write_output, text", against="np.savetxt", target=0.1)
