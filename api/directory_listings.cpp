@@ -41,6 +41,14 @@ std::int64_t Now() {
 }  // namespace
 
 std::shared_ptr<const DirectoryListing> DirectoryListings::Of(const std::string& directory) {
+  if (m_ofCall != nullptr && m_ofCall->Directory() == directory) return m_ofCall;
+  auto listing = AsItStands(directory);
+  if (m_isWithinCall) m_ofCall = listing;
+  return listing;
+}
+
+std::shared_ptr<const DirectoryListing> DirectoryListings::AsItStands(
+    const std::string& directory) {
   const std::int64_t now = Now();
   const std::optional<std::int64_t> lastWrite = LastWriteOf(directory);
   const auto known = std::find_if(m_kept.begin(), m_kept.end(), [&](const Kept& kept) {

@@ -21,12 +21,34 @@ class DirectoryListings {
   /// \throws std::filesystem::filesystem_error as `DirectoryListing`.
   std::shared_ptr<const DirectoryListing> Of(const std::string& directory);
 
+  /// Stands for one call that asks for many runs: while it lasts, the directory that was asked for
+  /// last is taken as it was then.
+  class Call {
+   public:
+    explicit Call(DirectoryListings& listings) : m_listings(listings) {
+      m_listings.m_isWithinCall = true;
+    }
+    ~Call() {
+      m_listings.m_isWithinCall = false;
+      m_listings.m_ofCall.reset();
+    }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+
+   private:
+    DirectoryListings& m_listings;
+  };
+
  private:
   struct Kept {
     std::shared_ptr<const DirectoryListing> listing;
     std::int64_t lastWrite;
   };
 
+  std::shared_ptr<const DirectoryListing> AsItStands(const std::string& directory);
+
+  bool m_isWithinCall = false;
+  std::shared_ptr<const DirectoryListing> m_ofCall;
   std::vector<Kept> m_kept;  ///< first the one that was asked for last
 };
 

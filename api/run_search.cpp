@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "api/directory_listings.h"
 #include "api/process_state.h"
 #include "api/run.h"
 #include "core/directory_walk.h"
@@ -57,6 +58,7 @@ RunPtr CachedOrNewRun(std::string path) {
 std::vector<RunPtr> Walk(const std::string& rootDirectory, const RunQuery& query) {
   RunNameMatcher matcher(query.pattern, query.isRegularExpression);
   const bool takesAll = IsFilterSkipped();
+  const DirectoryListings::Call call(State().listings);
   std::vector<RunPtr> found;
   for (Sumara::DirectoryWalk walk(rootDirectory); !walk.AtEnd(); walk.Advance()) {
     if (!IsTerminationFileName(walk.Entry().name)) {

@@ -47,6 +47,20 @@ TEST_F(DirectoryListingsTest, AListingServesWhileTheLastWriteStands) {
   EXPECT_EQ(m_listings.Of(Directory()), second);
 }
 
+TEST_F(DirectoryListingsTest, OneCallTakesADirectoryAsItWasWhenItWasAskedForFirst) {
+  const std::string other = m_directory.MakeDirectory("sub/");
+  {
+    const DirectoryListings::Call call(m_listings);
+    EXPECT_EQ(FilesOf(m_listings), Names{"run.%01"});
+    m_directory.Write("run.%02", "");
+    EXPECT_EQ(FilesOf(m_listings), Names{"run.%01"});
+    EXPECT_EQ(m_listings.Of(other)->Directory(), other);
+    EXPECT_EQ(FilesOf(m_listings), (Names{"run.%01", "run.%02"}));
+    m_directory.Write("run.%03", "");
+  }
+  EXPECT_EQ(FilesOf(m_listings), (Names{"run.%01", "run.%02", "run.%03"}));
+}
+
 TEST_F(DirectoryListingsTest, ALastWriteThatIsTooYoungToTellIsNotTrusted) {
   const std::int64_t now = std::time(nullptr);
   for (const auto& [seconds, nanoseconds] : {std::pair<std::int64_t, std::int64_t>(now - 1, 0),
