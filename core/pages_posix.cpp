@@ -117,18 +117,17 @@ void MakeLarge(std::span<std::span<char>> blocks) noexcept {
   std::sort(blocks.begin(), blocks.end(),
             [](const auto& a, const auto& b) { return a.data() < b.data(); });
   const std::size_t page = PageSize();
-  std::uintptr_t first = 0;
+  char* first = nullptr;
   std::uintptr_t end = 0;
   const auto make = [&] {
-    if (end - first >= kLargeBlock) {
-      ::madvise(reinterpret_cast<void*>(first), end - first, kCollapse);
-    }
+    const std::size_t size = end - reinterpret_cast<std::uintptr_t>(first);
+    if (size >= kLargeBlock) ::madvise(first, size, kCollapse);
   };
   for (const std::span<char> block : blocks) {
     const auto address = reinterpret_cast<std::uintptr_t>(block.data());
-    if (const std::uintptr_t start = address / page * page; start > end) {
+    if (const std::size_t within = address % page; address - within > end) {
       make();
-      first = start;
+      first = block.data() - within;
     }
     end = RoundUp(address + block.size(), page);
   }
