@@ -8,6 +8,7 @@
 #include "api/narrow_variable.h"
 #include "api/run.h"
 #include "core/exceptions.h"
+#include "core/name_list.h"
 #include "model/igroup.h"
 #include "vocabulary/calculation_kinds.h"
 
@@ -24,7 +25,7 @@ const Sumara::IGroup& Group::ModelGroup() const { return *m_contents->GetModelGr
 std::string Group::GetName() const { return m_contents->Name(); }
 std::uint64_t Group::GetNumber() const { return ModelGroup().GetGroupNumber(); }
 
-std::size_t Group::GetNumberOfVariables() const { return m_contents->VariableNames().size(); }
+std::size_t Group::GetNumberOfVariables() const { return m_contents->VariableNames().Size(); }
 std::size_t Group::GetNumberOfIndependentVariables() const {
   return ModelGroup().GetNumberOfAxes();
 }
@@ -36,7 +37,9 @@ VariablePtr Group::GetVariable(std::string const& variableName) const {
       159, "Group name: '" + GetName() + "'; Variable name requested: '" + variableName + "'");
 }
 
-std::vector<std::string> Group::GetVariableNames() const { return m_contents->VariableNames(); }
+std::vector<std::string> Group::GetVariableNames() const {
+  return m_contents->VariableNames().Strings();
+}
 
 bool Group::ContainsVariable(std::string const& variableName, std::size_t dimensions) const {
   return GetNumberOfIndependentVariables() == dimensions &&

@@ -5,6 +5,7 @@
 
 #include "api/variable.h"
 #include "api/variable_factory.h"
+#include "core/name_list.h"
 #include "core/text.h"
 #include "model/igroup.h"
 
@@ -18,14 +19,12 @@ GroupContents::GroupContents(std::shared_ptr<Sumara::IGroup> group,
 
 const std::string& GroupContents::Name() const { return m_group->GetName(); }
 
-const std::vector<std::string>& GroupContents::VariableNames() const {
-  return m_group->GetSeriesNames();
-}
+const Sumara::NameList& GroupContents::VariableNames() const { return m_group->GetSeriesNames(); }
 
 std::optional<std::size_t> GroupContents::PlaceOf(std::string_view name) const {
-  const std::vector<std::string>& names = VariableNames();
+  const Sumara::NameList& names = VariableNames();
   std::optional<std::size_t> inAnyCase;
-  for (std::size_t place = 0; place < names.size(); ++place) {
+  for (std::size_t place = 0; place < names.Size(); ++place) {
     if (names[place] == name) return place;
     if (!inAnyCase && Sumara::EqualsNoCase(names[place], name)) inAnyCase = place;
   }
@@ -33,11 +32,12 @@ std::optional<std::size_t> GroupContents::PlaceOf(std::string_view name) const {
 }
 
 void GroupContents::CheckVariable(std::size_t place) const {
-  SumaraApi::CheckVariable(VariableNames()[place], *m_group, /*dataType=*/0);
+  SumaraApi::CheckVariable(std::string(VariableNames()[place]), *m_group, /*dataType=*/0);
 }
 
 VariablePtr GroupContents::Make(std::size_t place) {
-  return CreateVariable(VariableNames()[place], m_group, m_control, m_independentVariables,
+  return CreateVariable(std::string(VariableNames()[place]), m_group, m_control,
+                        m_independentVariables,
                         /*dataType=*/0);
 }
 
@@ -57,7 +57,8 @@ void GroupContents::Unload(std::size_t place) {
   if (slot.ofRun != nullptr) {
     slot.ofRun->Unload();
   } else if (!slot.isUnloaded) {
-    m_group->UnloadSeries(VariableNames()[place]);  // for one that nobody has asked for yet
+    m_group->UnloadSeries(
+        std::string(VariableNames()[place]));  // for one that nobody has asked for yet
   }
   slot.ofRun.reset();
   slot.isUnloaded = true;

@@ -14,6 +14,7 @@
 namespace Sumara {
 class CControl;
 class IGroup;
+class NameList;
 }  // namespace Sumara
 
 namespace SumaraApi {
@@ -30,7 +31,7 @@ class GroupContents {
   const std::shared_ptr<Sumara::IGroup>& GetModelGroup() const { return m_group; }
   const std::string& Name() const;
   /// In the order of the header.
-  const std::vector<std::string>& VariableNames() const;
+  const Sumara::NameList& VariableNames() const;
   /// The place of a name: so spelled, else the first in any case; none if there is none.
   std::optional<std::size_t> PlaceOf(std::string_view name) const;
 

@@ -15,11 +15,11 @@ std::uint32_t HashOf(std::string_view name) {
 
 }  // namespace
 
-void NameIndex::Add(const std::vector<std::string>& names) {
-  Reserve(names.size());
+void NameIndex::Add(const Sumara::NameList& names) {
+  Reserve(names.Size());
   const auto list = static_cast<std::uint32_t>(m_lists.size());
   m_lists.push_back(&names);
-  for (std::uint32_t place = 0; place < names.size(); ++place) {
+  for (std::uint32_t place = 0; place < names.Size(); ++place) {
     const std::uint32_t hash = HashOf(names[place]);
     Slot& slot = m_slots[SlotOf(names[place], hash)];
     const auto link = static_cast<std::uint32_t>(m_links.size());

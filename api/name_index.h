@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/name_list.h"
 
 namespace SumaraApi {
 
@@ -22,7 +23,8 @@ class NameIndex {
   /// Makes room for so many names more, so that adding them moves nothing.
   void Reserve(std::size_t names);
   /// Takes the next list.
-  void Add(const std::vector<std::string>& names);
+  void Add(const Sumara::NameList& names);
+  void Add(Sumara::NameList&&) = delete;
   std::size_t ListCount() const { return m_lists.size(); }
 
   /// Calls `visit(Place)` for each name that equals `name`, whatever its case, in the order of the
@@ -49,13 +51,11 @@ class NameIndex {
     std::uint32_t next;
   };
 
-  const std::string& NameAt(const Place& place) const {
-    return (*m_lists[place.list])[place.place];
-  }
+  std::string_view NameAt(const Place& place) const { return (*m_lists[place.list])[place.place]; }
   std::size_t SlotOf(std::string_view name) const;
   std::size_t SlotOf(std::string_view name, std::uint32_t hash) const;
 
-  std::vector<const std::vector<std::string>*> m_lists;
+  std::vector<const Sumara::NameList*> m_lists;
   std::vector<Slot> m_slots;  ///< a power of two of them, half of them free
   std::vector<Link> m_links;
   std::size_t m_used = 0;  ///< slots with a chain

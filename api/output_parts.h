@@ -78,7 +78,7 @@ template <class Series>
 Series& FindOutputSeries(const Sumara::IGroup& group, std::string const& name) {
   try {
     const std::uint64_t index = group.GetSeriesIndex(name, /*exact=*/false);
-    return static_cast<Series&>(*group.GetSeriesEntries()[index].series);
+    return static_cast<Series&>(*group.GetSeriesByPlace()[index]);
   } catch (const Sumara::CException& miss) {
     throw Sumara::CException(
         159, "Group name: '" + group.GetName() + "'; Variable name requested: '" + name + "'",

@@ -132,7 +132,7 @@ RunContents::Header* RunContents::FindHeader(const std::string& groupName,
 }
 
 GroupPtr RunContents::HandOut(Header& header, const std::weak_ptr<Run>& run) {
-  if (!header.contents->VariableNames().empty()) header.contents->CheckVariable(0);
+  if (!header.contents->VariableNames().Empty()) header.contents->CheckVariable(0);
   m_groups.push_back(std::make_shared<Group>(header.path, header.contents, run));
   header.group = m_groups.back();
   header.handedOut = ++m_time;
@@ -185,7 +185,7 @@ RunContents::Holders RunContents::LookUp(const std::string& name) {
     NameIndex index;
     std::size_t names = 0;
     for (std::size_t header = 0; header < m_readCount; ++header)
-      names += m_headers[header].contents->VariableNames().size();
+      names += m_headers[header].contents->VariableNames().Size();
     index.Reserve(names);
     for (std::size_t header = 0; header < m_readCount; ++header)
       index.Add(m_headers[header].contents->VariableNames());

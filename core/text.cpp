@@ -121,24 +121,26 @@ bool TakeToken(std::string_view& text, std::string_view& token) {
   return !token.empty();
 }
 
-bool TakeQuotedToken(std::string_view& text, std::string& token, char quote, bool keepQuotes) {
-  token.clear();
+bool TakeQuotedPiece(std::string_view& text, std::string_view& piece, char quote, bool keepQuotes) {
   SkipSpace(text);
-  if (text.empty()) return false;
-  if (text.front() != quote) {
-    std::string_view word;
-    TakeToken(text, word);
-    token.assign(word);
-    return true;
-  }
+  if (text.empty() || text.front() != quote) return TakeToken(text, piece);
   const std::size_t size = FindQuotedSize(text, quote);
   if (size == std::string_view::npos) {
+    std::string token;
     AppendCollapsed(token, TrimSpace(text));
     throw CIOException(5021, "string = " + token + "; delimeter = " + quote);
   }
-  AppendCollapsed(token, keepQuotes ? text.substr(0, size) : text.substr(1, size - 2));
+  piece = keepQuotes ? text.substr(0, size) : text.substr(1, size - 2);
   text.remove_prefix(size);
   return true;
+}
+
+bool TakeQuotedToken(std::string_view& text, std::string& token, char quote, bool keepQuotes) {
+  token.clear();
+  std::string_view piece;
+  const bool isToken = TakeQuotedPiece(text, piece, quote, keepQuotes);
+  if (isToken) AppendCollapsed(token, piece);
+  return isToken;
 }
 
 void SplitTokens(std::string_view text, std::vector<std::string>& tokens, char quote,

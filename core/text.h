@@ -67,6 +67,12 @@ void AppendCollapsed(std::string& text, std::string_view addition);
 /// Takes the next white-space-separated token from the front of `text`; false at the end.
 bool TakeToken(std::string_view& text, std::string_view& token);
 
+/// Takes the next token from the front of `text` as `SplitTokens` does with a quote character, but
+/// as it stands there, with all its white space.
+/// \throws CIOException 5021 if a quote is not closed.
+bool TakeQuotedPiece(std::string_view& text, std::string_view& piece, char quote,
+                     bool keepQuotes = false);
+
 /// Takes the next token from the front of `text` as `SplitTokens` does with a quote character.
 /// \throws CIOException 5021 if a quote is not closed.
 bool TakeQuotedToken(std::string_view& text, std::string& token, char quote,

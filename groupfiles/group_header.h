@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/name_list.h"
+
 // The fields of a group header as plain values. The text around them is told in docs/format.md.
 
 namespace Sumara {
@@ -38,8 +40,8 @@ struct AxisDescription {
 
 /// VARIAB and VARUNIT: as many quantities as names.
 struct HeaderVariables {
-  std::vector<std::string> names;
-  std::vector<std::string> quantities;
+  NameList names;
+  NameList quantities;
 };
 
 }  // namespace Sumara

@@ -83,15 +83,12 @@ std::string CHeaderReader::QuotedField(const char* label, std::int32_t code) {
   return value;
 }
 
-std::vector<std::string> CHeaderReader::QuotedList(const std::string& value,
-                                                   std::int32_t code) const {
-  std::vector<std::string> items;
+NameList CHeaderReader::QuotedList(std::string value, std::int32_t code) const {
   try {
-    SplitTokens(value, items, '\'');
+    return NameList::Split(std::move(value), '\'');
   } catch (const CExceptionBase& failure) {
     throw CException(code, Context(), failure.what());
   }
-  return items;
 }
 
 double CHeaderReader::NumberField(const char* label, std::int32_t code) {
@@ -163,7 +160,7 @@ AxisDescription CHeaderReader::ReadAxis(const HeaderTop& top, std::size_t entry)
 void CHeaderReader::ReadAxisValues(AxisDescription& axis) {
   switch (axis.method) {
     case AxisMethod::kStrings:
-      axis.labels = QuotedList(Field("AXITICK", 109), 110);
+      axis.labels = QuotedList(Field("AXITICK", 109), 110).Strings();
       break;
     case AxisMethod::kInterval:
       axis.minimum = NumberField("MIN", 111);
@@ -212,9 +209,9 @@ HeaderVariables CHeaderReader::ReadVariables() {
   } catch (const CExceptionBase& failure) {
     throw CException(113, Context(), failure.what());
   }
-  variables.names = QuotedList(value, 114);
+  variables.names = QuotedList(std::move(value), 114);
   variables.quantities = QuotedList(Field("VARUNIT", 115), 116);
-  if (variables.names.size() != variables.quantities.size()) throw CException(117, Context());
+  if (variables.names.Size() != variables.quantities.Size()) throw CException(117, Context());
   return variables;
 }
 

@@ -46,7 +46,7 @@ class CHeaderReader : public CReader<float, float> {
   std::string Context() const;
   std::string Field(const char* label, std::int32_t code, bool continuation = true);
   std::string QuotedField(const char* label, std::int32_t code);
-  std::vector<std::string> QuotedList(const std::string& value, std::int32_t code) const;
+  NameList QuotedList(std::string value, std::int32_t code) const;
   double NumberField(const char* label, std::int32_t code);
   std::uint64_t ReadHeaderRecordCount();
   void ReadAxisValues(AxisDescription& axis);

@@ -37,9 +37,10 @@ void AppendList(std::string& text, const Items& items, Append append) {
   }
 }
 
-void AppendQuotedList(std::string& text, const std::vector<std::string>& items) {
+template <class Items>
+void AppendQuotedList(std::string& text, const Items& items) {
   AppendList(text, items,
-             [&](const std::string& item) { text.append("'").append(item).append("'"); });
+             [&](std::string_view item) { text.append("'").append(item).append("'"); });
 }
 
 template <class T>
@@ -139,7 +140,7 @@ std::string VariablesText(const HeaderVariables& variables) {
   AppendQuotedList(text, variables.names);
   text.append("\nVARUNIT\t");
   AppendList(text, variables.quantities,
-             [&](const std::string& quantity) { AppendQuantity(text, quantity); });
+             [&](std::string_view quantity) { AppendQuantity(text, quantity); });
   text += '\n';
   return text;
 }

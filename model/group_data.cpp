@@ -78,24 +78,24 @@ class GroupData<T>::Target final : public IDataTarget<T> {
     SeriesAt(variable).MarkFilled(secondary);
   }
   std::string SeriesContext(std::size_t variable) const override {
-    return SeriesContextIn(m_table.Names()[variable], m_context());
+    return SeriesContextIn(std::string(m_table.Names()[variable]), m_context());
   }
   std::string GroupContext() const override { return m_context(); }
 
   /// Makes the series if there is none.
   const ISeries& Ensure(std::size_t variable, const MakeSeries& make) {
-    const SeriesEntry& entry = m_table.Entries()[variable];
-    if (entry.series == nullptr) {
-      m_table.SetSeries(variable, make(m_table.Names()[variable], entry.quantity));
+    if (m_table.Series()[variable] == nullptr) {
+      m_table.SetSeries(variable, make(std::string(m_table.Names()[variable]),
+                                       std::string(m_table.Quantities()[variable])));
     }
-    return *entry.series;
+    return *m_table.Series()[variable];
   }
 
   /// Empties what waits for data, and forgets a series that has none: statistics would take it for
   /// one with data.
   void DropUnloaded(const SeriesRequest& request) noexcept {
     for (const std::size_t variable : request.variables) {
-      const ISeries* const series = m_table.Entries()[variable].series.get();
+      const ISeries* const series = m_table.Series()[variable].get();
       if (series == nullptr) continue;
       if (series->IsLoaded() == 0) {
         m_table.SetSeries(variable, nullptr);
@@ -109,7 +109,7 @@ class GroupData<T>::Target final : public IDataTarget<T> {
 
  private:
   CSeriesBase<T>& SeriesAt(std::size_t variable) {
-    return static_cast<CSeriesBase<T>&>(*m_table.Entries()[variable].series);
+    return static_cast<CSeriesBase<T>&>(*m_table.Series()[variable]);
   }
 
   SeriesTable& m_table;

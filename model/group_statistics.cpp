@@ -12,8 +12,8 @@ namespace Sumara {
 namespace {
 
 template <class T>
-const CSeriesBase<T>* SeriesOf(const SeriesEntry& entry) {
-  return static_cast<const CSeriesBase<T>*>(entry.series.get());
+const CSeriesBase<T>* Typed(const std::shared_ptr<ISeries>& series) {
+  return static_cast<const CSeriesBase<T>*>(series.get());
 }
 
 FigureLine LineOf(StatisticKind kind, const IGroup& group) {
@@ -56,9 +56,9 @@ void GroupStatistics<T>::FailWithoutStored() const {
 template <class T>
 bool GroupStatistics<T>::IsAllInMemory(std::uint64_t secondary) const {
   if (m_group.GetNumberOfAxes() < 2) return m_group.GetLoadState() == 1;
-  const auto& entries = m_group.GetSeriesEntries();
-  return std::all_of(entries.begin(), entries.end(), [&](const SeriesEntry& entry) {
-    const CSeriesBase<T>* const series = SeriesOf<T>(entry);
+  const auto& all = m_group.GetSeriesByPlace();
+  return std::all_of(all.begin(), all.end(), [&](const auto& object) {
+    const CSeriesBase<T>* const series = Typed<T>(object);
     if (series == nullptr) return false;
     const std::vector<T>* points = series->FindVector(secondary);
     if (points == nullptr) throw CException(10, SeriesContext(series));
@@ -71,9 +71,9 @@ bool GroupStatistics<T>::IsAllInMemory(std::uint64_t secondary) const {
 template <class T>
 bool GroupStatistics<T>::IsOfOneLength(std::uint64_t secondary) const {
   std::size_t length = 0;
-  for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
-    if (entry.series == nullptr) continue;
-    const std::vector<T>* const points = SeriesOf<T>(entry)->FindVector(secondary);
+  for (const auto& series : m_group.GetSeriesByPlace()) {
+    if (series == nullptr) continue;
+    const std::vector<T>* const points = Typed<T>(series)->FindVector(secondary);
     if (points == nullptr || points->empty()) return false;
     if (length != 0 && points->size() != length) return false;
     length = points->size();
@@ -141,8 +141,8 @@ double GroupStatistics<T>::Get(StatisticKind kind, const std::string& name, std:
 /// The mean that stands at a place of the computed row, in which gaps close up.
 template <class T>
 double GroupStatistics<T>::MeanAt(std::uint64_t place, std::uint64_t secondary) const {
-  for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
-    if (entry.series != nullptr && place-- == 0) return entry.series->GetMean(secondary);
+  for (const auto& series : m_group.GetSeriesByPlace()) {
+    if (series != nullptr && place-- == 0) return series->GetMean(secondary);
   }
   return 0.0;
 }
@@ -214,9 +214,9 @@ T GroupStatistics<T>::GetUload(std::uint64_t series, Extreme extreme, std::uint6
 template <class T>
 T GroupStatistics<T>::ValueAtExtreme(std::uint64_t series, Extreme extreme, std::uint64_t column,
                                      std::uint64_t secondary) const {
-  const auto& entries = m_group.GetSeriesEntries();
-  ISeries* const own = entries[series].series.get();
-  const CSeriesBase<T>* const other = SeriesOf<T>(entries[column]);
+  const auto& all = m_group.GetSeriesByPlace();
+  ISeries* const own = all[series].get();
+  const CSeriesBase<T>* const other = Typed<T>(all[column]);
   if (own == nullptr || other == nullptr) return T{};
   return other->DataAtIndex(extreme == Extreme::kMaximum ? own->GetMaximumIndex(secondary)
                                                          : own->GetMinimumIndex(secondary),
@@ -247,27 +247,27 @@ void GroupStatistics<T>::ComputeStatistic(std::vector<double>& out, StatisticKin
   CheckAvailable(secondary);
   out.assign(m_group.GetNumberOfSeries(), 0.0);
   std::size_t place = 0;  // moves on for a series with data only: gaps close up at the end
-  for (const SeriesEntry& entry : m_group.GetSeriesEntries()) {
-    if (entry.series != nullptr) out[place++] = FigureOf(*entry.series, kind, secondary);
+  for (const auto& series : m_group.GetSeriesByPlace()) {
+    if (series != nullptr) out[place++] = FigureOf(*series, kind, secondary);
   }
 }
 
 template <class T>
 void GroupStatistics<T>::ComputeUloads(Uloads& out, std::uint64_t secondary) const {
   CheckAvailable(secondary);
-  const auto& entries = m_group.GetSeriesEntries();
+  const auto& all = m_group.GetSeriesByPlace();
   const bool always = !m_group.IsWritingIncrementally();
   if (always) out.clear();  // while writing, rows without a new extreme keep their values
-  out.resize(2 * entries.size());
-  for (auto& row : out) row.resize(entries.size());
+  out.resize(2 * all.size());
+  for (auto& row : out) row.resize(all.size());
   const auto fill = [&](std::vector<T>& row, std::uint64_t index) {
-    for (std::size_t j = 0; j < entries.size(); ++j) {
-      const CSeriesBase<T>* const series = SeriesOf<T>(entries[j]);
+    for (std::size_t j = 0; j < all.size(); ++j) {
+      const CSeriesBase<T>* const series = Typed<T>(all[j]);
       if (series != nullptr) row[j] = series->DataAtIndex(index, secondary);
     }
   };
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    ISeries* series = entries[i].series.get();
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    ISeries* series = all[i].get();
     if (series == nullptr) continue;
     if (always || series->HasMaximumChanged(secondary))
       fill(out[2 * i], series->GetMaximumIndex(secondary));

@@ -57,12 +57,7 @@ HeaderTop DescribeTop(const IGroup& group) {
 }
 
 HeaderVariables DescribeVariables(const IGroup& group) {
-  HeaderVariables variables;
-  variables.names = group.GetSeriesNames();
-  for (const SeriesEntry& entry : group.GetSeriesEntries()) {
-    variables.quantities.push_back(entry.quantity);
-  }
-  return variables;
+  return {group.GetSeriesNames(), group.GetSeriesQuantities()};
 }
 
 AxisDescription DescribeAxis(const CAxisBase& axis, AxisMethod method) {
@@ -154,10 +149,8 @@ using SeriesList = std::vector<const CSeriesBase<T>*>;
 template <class T>
 SeriesList<T> SeriesOf(const CGroupBase<T>& group) {
   SeriesList<T> list;
-  for (const SeriesEntry& entry : group.GetSeriesEntries()) {
-    if (entry.series != nullptr) {
-      list.push_back(static_cast<const CSeriesBase<T>*>(entry.series.get()));
-    }
+  for (const auto& series : group.GetSeriesByPlace()) {
+    if (series != nullptr) list.push_back(static_cast<const CSeriesBase<T>*>(series.get()));
   }
   return list;
 }

@@ -32,26 +32,25 @@ void IGroup::AddOptionalVariables(const std::vector<std::string>& lines) {
 // What state it is in.
 
 bool IGroup::HasData() const {
-  const auto& entries = m_series.Entries();
-  return std::any_of(entries.begin(), entries.end(), [](const SeriesEntry& entry) {
-    return entry.series != nullptr && entry.series->HasData();
-  });
+  const auto& all = m_series.Series();
+  return std::any_of(all.begin(), all.end(),
+                     [](const auto& series) { return series != nullptr && series->HasData(); });
 }
 
 GroupLoadState IGroup::GetLoadState() const {
   if (!IsDeserialised()) return kNotFromDisk;
   const std::uint64_t vectors = CountOfSecondary();
-  const auto& entries = m_series.Entries();
-  const bool all = std::all_of(entries.begin(), entries.end(), [&](const SeriesEntry& entry) {
-    return entry.series != nullptr && entry.series->IsLoaded() == vectors;
+  const auto& all = m_series.Series();
+  const bool areLoaded = std::all_of(all.begin(), all.end(), [&](const auto& series) {
+    return series != nullptr && series->IsLoaded() == vectors;
   });
-  return all ? kAllLoaded : kNotAllLoaded;
+  return areLoaded ? kAllLoaded : kNotAllLoaded;
 }
 
 bool IGroup::AreLoaded(const std::vector<std::size_t>& variables,
                        const std::vector<std::size_t>& secondary) const {
   return std::all_of(variables.begin(), variables.end(), [&](std::size_t variable) {
-    const ISeries* const series = m_series.Entries()[variable].series.get();
+    const ISeries* const series = m_series.Series()[variable].get();
     return series != nullptr &&
            std::all_of(secondary.begin(), secondary.end(),
                        [series](std::size_t s) { return series->IsVectorLoaded(s); });
@@ -123,10 +122,6 @@ std::size_t IGroup::PlaceOf(const std::string& name) const {
   throw CException(1, GroupContext(this));
 }
 
-const SeriesEntry& IGroup::Entry(const std::string& name) const {
-  return m_series.Entries()[PlaceOf(name)];
-}
-
 void IGroup::AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClash) {
   CheckChangeable();
   if (m_axes.Count() == 0) throw CException(54, GroupContext(this));
@@ -135,7 +130,7 @@ void IGroup::AddSeries(const std::shared_ptr<ISeries>& series, bool renameOnClas
     if (!renameOnClash) throw CException(2, GroupContext(this));
     series->Rename(m_series.FreeName(series->GetName()));
   }
-  m_series.Append(series->GetName(), {series, series->GetQuantity()});
+  m_series.Append(series->GetName(), series->GetQuantity(), series);
   try {
     series->SetGroup(this);
   } catch (...) {
@@ -152,7 +147,7 @@ std::uint64_t IGroup::GetSeriesIndex(const std::string& name, bool exact) const 
 
 std::shared_ptr<ISeries> IGroup::GetSeries(const std::string& name) const {
   CheckNotPreview();
-  return Entry(name).series;
+  return m_series.Series()[PlaceOf(name)];
 }
 
 std::vector<std::shared_ptr<ISeries>> IGroup::GetSeries(
@@ -160,23 +155,21 @@ std::vector<std::shared_ptr<ISeries>> IGroup::GetSeries(
   CheckNotPreview();
   std::vector<std::shared_ptr<ISeries>> series;
   series.reserve(names.size());
-  for (const std::string& name : names) series.push_back(Entry(name).series);
+  for (const std::string& name : names) series.push_back(m_series.Series()[PlaceOf(name)]);
   return series;
 }
 
 std::shared_ptr<ISeries> IGroup::GetFirstSeries(bool withObjectOnly) const {
   CheckNotPreview();
   if (withObjectOnly) return m_series.FirstSeries();
-  return m_series.Size() != 0 ? m_series.Entries().front().series : nullptr;
+  return m_series.Size() != 0 ? m_series.Series().front() : nullptr;
 }
 
 std::vector<std::shared_ptr<ISeries>> IGroup::GetAllSeries(bool withObjectOnly) const {
   CheckNotPreview();
-  std::vector<std::shared_ptr<ISeries>> series;
-  for (const SeriesEntry& entry : m_series.Entries()) {
-    if (entry.series != nullptr || !withObjectOnly) series.push_back(entry.series);
-  }
-  return series;
+  std::vector<std::shared_ptr<ISeries>> all = m_series.Series();
+  if (withObjectOnly) std::erase(all, nullptr);
+  return all;
 }
 
 bool IGroup::HasSeries(const std::string& name, bool exact) const {
@@ -213,10 +206,6 @@ void IGroup::RemoveSeries(const std::vector<std::string>& names) {
 void IGroup::RemoveSeries(const std::string& name) {
   CheckChangeable();
   m_series.Remove(PlaceOf(name));
-}
-
-void IGroup::SetSeriesNames(std::vector<std::string> names, std::vector<std::string> quantities) {
-  m_series.SetNames(std::move(names), std::move(quantities));
 }
 
 }  // namespace Sumara

@@ -184,15 +184,21 @@ class IGroup {
   std::size_t GetNumberOfSeries() const { return m_series.Size(); }
   /// \param exact the name has to be spelled so; else so spelled, or the first in any case.
   std::uint64_t GetSeriesIndex(const std::string& name, bool exact) const;
-  std::string GetSeriesQuantity(const std::string& name) const { return Entry(name).quantity; }
+  std::string GetSeriesQuantity(const std::string& name) const {
+    return std::string(m_series.Quantities()[PlaceOf(name)]);
+  }
   std::shared_ptr<ISeries> GetSeries(const std::string& name) const;
   std::vector<std::shared_ptr<ISeries>> GetSeries(const std::vector<std::string>& names) const;
   std::shared_ptr<ISeries> GetFirstSeries(bool withObjectOnly) const;
   std::vector<std::shared_ptr<ISeries>> GetAllSeries(bool withObjectOnly) const;
   bool IsFirstSeries(const ISeries& series) const { return PlaceOf(series.GetName()) == 0; }
-  const std::vector<std::string>& GetSeriesNames() const { return m_series.Names(); }
-  /// The entries, in the order of the names.
-  const std::vector<SeriesEntry>& GetSeriesEntries() const { return m_series.Entries(); }
+  const NameList& GetSeriesNames() const { return m_series.Names(); }
+  /// In the order of the names.
+  const NameList& GetSeriesQuantities() const { return m_series.Quantities(); }
+  /// In the order of the names, null where there is no object, whatever the mode of the group.
+  const std::vector<std::shared_ptr<ISeries>>& GetSeriesByPlace() const {
+    return m_series.Series();
+  }
   bool HasSeries(const std::string& name, bool exact) const;
   /// The stored spelling of a name: so spelled, else the first in any case.
   bool FindSeriesName(const std::string& name, std::string& out) const;
@@ -204,7 +210,9 @@ class IGroup {
   }
   /// Takes back the series that was added last, for which no memory is needed.
   void RemoveLastSeries() noexcept { m_series.Remove(m_series.Size() - 1); }
-  void SetSeriesNames(std::vector<std::string> names, std::vector<std::string> quantities);
+  void SetSeriesNames(NameList names, NameList quantities) {
+    m_series.SetNames(std::move(names), std::move(quantities));
+  }
   void UnloadSeries(const std::string& name) { m_series.SetSeries(PlaceOf(name), nullptr); }
 
  protected:
@@ -223,7 +231,6 @@ class IGroup {
   std::uint64_t NumberOfPoints(std::uint32_t position, bool countLabels) const;
   std::uint64_t FirstSeriesCount(std::uint32_t position) const;
   std::size_t PlaceOf(const std::string& name) const;
-  const SeriesEntry& Entry(const std::string& name) const;
   void CheckNotPreview() const;
 
   GroupIdentity m_identity;

@@ -61,7 +61,7 @@ std::optional<std::size_t> SeriesTable::PlaceOf(std::string_view name) const {
 std::optional<std::size_t> SeriesTable::Find(std::string_view name, Spelling spelling) const {
   FirstMatch match(name, spelling == Spelling::kAnyCase);
   if (!std::exchange(m_wasSearched, true)) {
-    for (std::size_t place = 0; place < m_names.size(); ++place) {
+    for (std::size_t place = 0; place < m_names.Size(); ++place) {
       if (match.Meet(m_names[place], place)) break;
     }
     return match.Place();
@@ -77,8 +77,8 @@ std::optional<std::size_t> SeriesTable::Find(std::string_view name, Spelling spe
 
 void SeriesTable::MakeIndex() const {
   constexpr std::size_t kFewest = 16;
-  std::vector<std::uint32_t> index(std::bit_ceil(std::max(kFewest, 2 * m_names.size())));
-  for (std::size_t place = 0; place < m_names.size(); ++place) Enter(index, m_names[place], place);
+  std::vector<std::uint32_t> index(std::bit_ceil(std::max(kFewest, 2 * m_names.Size())));
+  for (std::size_t place = 0; place < m_names.Size(); ++place) Enter(index, m_names[place], place);
   m_index = std::move(index);
 }
 
@@ -102,47 +102,48 @@ std::string SeriesTable::FreeName(const std::string& name) const {
   return candidate;
 }
 
-void SeriesTable::SetNames(std::vector<std::string> names, std::vector<std::string> quantities) {
-  std::vector<SeriesEntry> entries;
-  entries.reserve(names.size());
-  for (std::string& quantity : quantities) entries.push_back({nullptr, std::move(quantity)});
+void SeriesTable::SetNames(NameList names, NameList quantities) {
+  m_series = std::vector<std::shared_ptr<ISeries>>(names.Size());
   m_names = std::move(names);
-  m_entries = std::move(entries);
+  m_quantities = std::move(quantities);
   m_index.clear();
   m_wasSearched = false;
 }
 
-void SeriesTable::Append(std::string name, SeriesEntry entry) {
-  m_names.push_back(std::move(name));
+void SeriesTable::Append(std::string_view name, std::string_view quantity,
+                         std::shared_ptr<ISeries> series) {
+  const std::size_t place = Size();
+  m_series.push_back(std::move(series));
   try {
-    m_entries.push_back(std::move(entry));
+    m_names.Append(name);
+    m_quantities.Append(quantity);
   } catch (...) {
-    m_names.pop_back();
+    if (Size() > place) m_names.Remove(place);
+    m_series.pop_back();
     throw;
   }
-  if (HasRoom(m_index, m_names.size())) {
-    Enter(m_index, m_names.back(), m_names.size() - 1);
+  if (HasRoom(m_index, Size())) {
+    Enter(m_index, name, place);
   } else {
     m_index.clear();
   }
 }
 
-void SeriesTable::Remove(std::size_t place) {
-  const auto offset = static_cast<std::ptrdiff_t>(place);
-  m_names.erase(m_names.begin() + offset);
-  m_entries.erase(m_entries.begin() + offset);
+void SeriesTable::Remove(std::size_t place) noexcept {
+  m_names.Remove(place);
+  m_quantities.Remove(place);
+  m_series.erase(m_series.begin() + static_cast<std::ptrdiff_t>(place));
   m_index.clear();
 }
 
 void SeriesTable::SetSeries(std::size_t place, std::shared_ptr<ISeries> series) noexcept {
-  m_entries[place].series = std::move(series);
+  m_series[place] = std::move(series);
 }
 
 std::shared_ptr<ISeries> SeriesTable::FirstSeries() const {
-  for (const SeriesEntry& entry : m_entries) {
-    if (entry.series != nullptr) return entry.series;
-  }
-  return nullptr;
+  const auto first = std::find_if(m_series.begin(), m_series.end(),
+                                  [](const auto& series) { return series != nullptr; });
+  return first == m_series.end() ? nullptr : *first;
 }
 
 }  // namespace Sumara

@@ -58,15 +58,15 @@ AxisInfo InfoOf(AxisDescription axis) {
           std::move(axis.labels)};
 }
 
-std::vector<VariableInfo> InfosOf(Sumara::HeaderVariables variables) {
+std::vector<VariableInfo> InfosOf(const Sumara::HeaderVariables& variables) {
   std::vector<VariableInfo> infos;
-  infos.reserve(variables.names.size());
-  for (std::size_t i = 0; i < variables.names.size(); ++i) {
-    std::string& quantity = variables.quantities[i];
+  infos.reserve(variables.names.Size());
+  for (std::size_t i = 0; i < variables.names.Size(); ++i) {
+    std::string quantity(variables.quantities[i]);
     // Neighbours often are of one kind.
     const bool isAsBefore = i > 0 && quantity == infos.back().quantity;
     std::string unit = isAsBefore ? infos.back().unit : UnitOf(quantity);
-    infos.push_back({std::move(variables.names[i]), std::move(quantity), std::move(unit)});
+    infos.push_back({std::string(variables.names[i]), std::move(quantity), std::move(unit)});
   }
   return infos;
 }

@@ -9,7 +9,7 @@
 namespace {
 
 using SumaraApi::NameIndex;
-using Names = std::vector<std::string>;
+using Names = Sumara::NameList;
 using Places = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
 
 Places PlacesOf(const NameIndex& index, const std::string& name) {
@@ -42,9 +42,9 @@ TEST(NameIndexTest, ManyListsOfManyNamesAreFoundAsTheyGrow) {
   std::vector<Names> lists(kLists);
   NameIndex index;
   for (std::uint32_t list = 0; list < kLists; ++list) {
-    lists[list].push_back("Time");
+    lists[list].Append("Time");
     for (std::uint32_t i = 1; i < kNames; ++i)
-      lists[list].push_back("Variable " + std::to_string(kNames * list + i));
+      lists[list].Append("Variable " + std::to_string(kNames * list + i));
     index.Add(lists[list]);
     for (std::uint32_t known = 0; known <= list; ++known) {
       const std::string name = "VARIABLE " + std::to_string(kNames * known + 7);

@@ -67,11 +67,11 @@ std::string WriteHeader(const Header<T>& header) {
 
 // The format cannot hold every text: not each header that is read can be written as it was.
 
-bool IsOneLine(const std::string& text) { return !Sumara::ContainsLineBreak(text); }
-bool IsPlain(const std::string& text) {
-  return IsOneLine(text) && text.find_first_of("'\"") == std::string::npos;
+bool IsOneLine(std::string_view text) { return !Sumara::ContainsLineBreak(text); }
+bool IsPlain(std::string_view text) {
+  return IsOneLine(text) && text.find_first_of("'\"") == std::string_view::npos;
 }
-bool IsPlainWord(const std::string& text) {
+bool IsPlainWord(std::string_view text) {
   return IsPlain(text) && !text.empty() && Sumara::TrimSpace(text) == text;
 }
 bool IsWritableNumber(double value) {
@@ -173,7 +173,7 @@ std::string ContentOf(const Sumara::IGroup& group) {
   for (std::uint32_t position = 0; position < group.GetNumberOfAxes(); ++position) {
     text += "\n" + AxisOf(group, position);
   }
-  for (const std::string& name : group.GetSeriesNames()) {
+  for (const std::string& name : group.GetSeriesNames().Strings()) {
     text += "\n" + name + "|" + group.GetSeriesQuantity(name);
   }
   for (const std::string& line : group.GetOptionalVariables()) text += "\n" + line;

@@ -184,8 +184,8 @@ TEST_F(HeaderAxesTest, FirstVariablesFromTheTopWin) {
 
 TEST_F(HeaderAxesTest, NoVariablesAtAllAreAllowed) {
   const ReadHeader header = Read(HeaderText::OneAxis().With("VARIAB", "").With("VARUNIT", ""));
-  EXPECT_TRUE(header.variables.names.empty());
-  EXPECT_TRUE(header.variables.quantities.empty());
+  EXPECT_TRUE(header.variables.names.Empty());
+  EXPECT_TRUE(header.variables.quantities.Empty());
 }
 
 TEST_F(HeaderAxesTest, OpenQuotesRaise114And116) {

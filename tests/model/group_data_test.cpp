@@ -39,7 +39,7 @@ class GroupDataTest : public ::testing::Test {
                 m_table, WaitingSeries);
   }
   Points DataOf(std::size_t place) const {
-    return static_cast<const CSeries1D<float>&>(*m_table.Entries()[place].series).GetData();
+    return static_cast<const CSeries1D<float>&>(*m_table.Series()[place]).GetData();
   }
   std::string Path() const { return m_directory.Path("run.$01"); }
   std::string Failure(const std::string& words) const {
@@ -101,11 +101,11 @@ TEST_F(GroupDataTest, SeriesAreMadeAsTheyAreAskedFor) {
   Create(3);
   Load({1});
   EXPECT_EQ(DataOf(1), (Points{1, 3, 5}));
-  EXPECT_EQ(m_table.Entries()[0].series, nullptr);
-  const auto before = m_table.Entries()[1].series;
+  EXPECT_EQ(m_table.Series()[0], nullptr);
+  const auto before = m_table.Series()[1];
   Load({0, 1});
   EXPECT_EQ(DataOf(0), (Points{0, 2, 4}));
-  EXPECT_EQ(m_table.Entries()[1].series, before) << "it had its data";
+  EXPECT_EQ(m_table.Series()[1], before) << "it had its data";
 }
 
 TEST_F(GroupDataTest, ASeriesThatCouldNotBeReadIsForgotten) {

@@ -27,8 +27,8 @@ TEST(SeriesTableTest, NamesStandAsTheyWereSet) {
   table.SetNames({"Mx", "My"}, {"FL", "L"});
   EXPECT_EQ(table.Size(), 2u);
   EXPECT_EQ(table.Names(), (Names{"Mx", "My"}));
-  EXPECT_EQ(table.Entries()[1].quantity, "L");
-  EXPECT_EQ(table.Entries()[1].series, nullptr);
+  EXPECT_EQ(table.Quantities(), (Names{"FL", "L"}));
+  EXPECT_EQ(table.Series()[1], nullptr);
   EXPECT_EQ(table.FirstSeries(), nullptr);
 }
 
@@ -66,7 +66,7 @@ TEST(SeriesTableTest, AppendedNamesAreFoundAtOnce) {
   for (std::size_t i = 0; i < 200; ++i) {
     const std::string name = "v" + std::to_string(i);
     EXPECT_EQ(table.PlaceOf(name), kNone);
-    table.Append(name, {nullptr, "L"});
+    table.Append(name, "L", nullptr);
     ASSERT_EQ(table.PlaceOf("V" + std::to_string(i)), i);
   }
   for (std::size_t i = 0; i < 200; ++i) ASSERT_EQ(table.PlaceOfExact("v" + std::to_string(i)), i);
@@ -79,7 +79,7 @@ TEST(SeriesTableTest, RemovalMovesTheRestUp) {
   EXPECT_EQ(table.Names(), (Names{"b", "c"}));
   EXPECT_PLACE(table.PlaceOf("c"), 1u);
   EXPECT_PLACE(table.PlaceOf("a"), kNone);
-  table.Append("A", {nullptr, "L"});
+  table.Append("A", "L", nullptr);
   EXPECT_PLACE(table.PlaceOf("a"), 2u);
 }
 
