@@ -106,8 +106,8 @@ std::vector<std::shared_ptr<TypedVariable>> Group::NarrowAll() const {
   std::vector<std::shared_ptr<TypedVariable>> typed;
   typed.reserve(GetNumberOfVariables());
   for (std::size_t place = 0; place < GetNumberOfVariables(); ++place) {
-    typed.push_back(NarrowVariable<TypedVariable>(m_contents->ListedVariable(place),
-                                                  run->GetDirectory() + run->GetName()));
+    typed.push_back(NarrowVariable<TypedVariable>(
+        m_contents->ListedVariable(place), [&] { return run->GetDirectory() + run->GetName(); }));
   }
   return typed;
 }

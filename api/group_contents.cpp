@@ -21,23 +21,25 @@ const std::string& GroupContents::Name() const { return m_group->GetName(); }
 
 const Sumara::NameList& GroupContents::VariableNames() const { return m_group->GetSeriesNames(); }
 
-std::optional<std::size_t> GroupContents::PlaceOf(std::string_view name) const {
+NamePlaces GroupContents::PlacesOf(std::string_view name) const {
   const Sumara::NameList& names = VariableNames();
-  std::optional<std::size_t> inAnyCase;
+  NamePlaces places;
   for (std::size_t place = 0; place < names.Size(); ++place) {
-    if (names[place] == name) return place;
-    if (!inAnyCase && Sumara::EqualsNoCase(names[place], name)) inAnyCase = place;
+    const bool isExact = names[place] == name;
+    if (!isExact && (places.first || !Sumara::EqualsNoCase(names[place], name))) continue;
+    if (!places.first) places.first = place;
+    places.best = isExact ? place : places.first;
+    if (isExact) break;
   }
-  return inAnyCase;
+  return places;
 }
 
 void GroupContents::CheckVariable(std::size_t place) const {
-  SumaraApi::CheckVariable(std::string(VariableNames()[place]), *m_group, /*dataType=*/0);
+  SumaraApi::CheckVariable(VariableNames()[place], *m_group, /*dataType=*/0);
 }
 
 VariablePtr GroupContents::Make(std::size_t place) {
-  return CreateVariable(std::string(VariableNames()[place]), m_group, m_control,
-                        m_independentVariables,
+  return CreateVariable(VariableNames()[place], m_group, m_control, m_independentVariables,
                         /*dataType=*/0);
 }
 

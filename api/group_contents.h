@@ -19,6 +19,12 @@ class NameList;
 
 namespace SumaraApi {
 
+/// Where a name stands in a group.
+struct NamePlaces {
+  std::optional<std::size_t> best;   ///< so spelled, else the first in any case
+  std::optional<std::size_t> first;  ///< in any case
+};
+
 /// What scripts see of one group of a run: its variables and its independent variables, each made
 /// when it is asked for.
 ///
@@ -32,8 +38,8 @@ class GroupContents {
   const std::string& Name() const;
   /// In the order of the header.
   const Sumara::NameList& VariableNames() const;
-  /// The place of a name: so spelled, else the first in any case; none if there is none.
-  std::optional<std::size_t> PlaceOf(std::string_view name) const;
+  NamePlaces PlacesOf(std::string_view name) const;
+  std::optional<std::size_t> PlaceOf(std::string_view name) const { return PlacesOf(name).best; }
 
   const IndependentVariablesPtr& GetIndependentVariables() const { return m_independentVariables; }
 

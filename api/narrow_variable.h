@@ -24,18 +24,17 @@ struct DimensionsOf<Variable2D<T>> {
   static constexpr std::size_t kValue = 2;
 };
 
-/// The typed form of a variable.
+/// The typed form of a variable. \param runPath gives the run for a failure.
 /// \throws Sumara::CException 166 for null, 161 or 162 for the wrong number of independent
 /// variables,
 ///         163 for the wrong element type
-template <class TypedVariable>
-std::shared_ptr<TypedVariable> NarrowVariable(const VariablePtr& variable,
-                                              const std::string& runPath) {
+template <class TypedVariable, class RunPath>
+std::shared_ptr<TypedVariable> NarrowVariable(const VariablePtr& variable, const RunPath& runPath) {
   constexpr std::size_t kDimensions = DimensionsOf<TypedVariable>::kValue;
-  if (variable == nullptr) throw Sumara::CException(166, VariableContext({}, {}, runPath));
+  if (variable == nullptr) throw Sumara::CException(166, VariableContext({}, {}, runPath()));
   const auto fail = [&](std::int32_t code) {
     throw Sumara::CException(
-        code, VariableContext(variable->GetName(), variable->GetParentGroupName(), runPath));
+        code, VariableContext(variable->GetName(), variable->GetParentGroupName(), runPath()));
   };
   if (variable->GetNumberOfIndependentVariables() != kDimensions)
     fail(kDimensions == 1 ? 161 : 162);

@@ -128,6 +128,8 @@ class Run : public std::enable_shared_from_this<Run> {
   std::string_view Name() const;
   std::string Directory() const;
   std::string DirectoryAndName() const;
+  template <class TypedVariable>
+  std::shared_ptr<TypedVariable> Narrow(const VariablePtr& variable) const;
   CalculationType ResolveCalculationType(bool checkUnsupportedExtensions);
   CalculationType ScanForCalculationType(bool checkUnsupportedExtensions);
   CalculationType CalculationTypeOfHeader(const std::string& path) const;

@@ -25,11 +25,10 @@ std::shared_ptr<Sumara::CControl> MakeControl(bool keepReadersOpen) {
   return control;
 }
 
-/// Where a header stands among the known ones, or would stand.
-template <class Known>
-auto PlaceIn(Known& known, std::size_t header) {
-  return std::lower_bound(known.begin(), known.end(), header,
-                          [](const auto& a, std::size_t b) { return a.first < b; });
+/// Equal for the spellings of one name in one group.
+template <class Holder>
+std::uint64_t KeyOf(const Holder& holder) {
+  return std::uint64_t{holder.header} << 32 | holder.first;
 }
 
 }  // namespace
@@ -174,23 +173,25 @@ RunContents::Holders RunContents::HoldersOf(const std::string& name) {
 RunContents::Holders RunContents::ScanFor(const std::string& name) const {
   Holders holders;
   for (std::size_t header = 0; header < m_readCount; ++header) {
-    if (const auto place = m_headers[header].contents->PlaceOf(name))
-      holders.push_back({header, *place});
+    const NamePlaces places = m_headers[header].contents->PlacesOf(name);
+    if (places.best) holders.push_back({header, *places.best, *places.first});
   }
   return holders;
 }
 
+void RunContents::MakeIndex() {
+  NameIndex index;
+  std::size_t names = 0;
+  for (std::size_t header = 0; header < m_readCount; ++header)
+    names += m_headers[header].contents->VariableNames().Size();
+  index.Reserve(names);
+  for (std::size_t header = 0; header < m_readCount; ++header)
+    index.Add(m_headers[header].contents->VariableNames());
+  m_index = std::move(index);
+}
+
 RunContents::Holders RunContents::LookUp(const std::string& name) {
-  if (m_index.ListCount() != m_readCount) {
-    NameIndex index;
-    std::size_t names = 0;
-    for (std::size_t header = 0; header < m_readCount; ++header)
-      names += m_headers[header].contents->VariableNames().Size();
-    index.Reserve(names);
-    for (std::size_t header = 0; header < m_readCount; ++header)
-      index.Add(m_headers[header].contents->VariableNames());
-    m_index = std::move(index);
-  }
+  if (m_index.ListCount() != m_readCount) MakeIndex();
   Holders holders;
   bool isSpelledSo = false;
   m_index.ForEach(name, [&](const NameIndex::Place& found) {
@@ -198,7 +199,7 @@ RunContents::Holders RunContents::LookUp(const std::string& name) {
     if (!isFirstOfGroup && isSpelledSo) return;
     const bool isExact = m_headers[found.list].contents->VariableNames()[found.place] == name;
     if (isFirstOfGroup) {
-      holders.push_back({found.list, found.place});
+      holders.push_back({found.list, found.place, found.place});
     } else if (isExact) {
       holders.back().place = found.place;
     }
@@ -207,24 +208,22 @@ RunContents::Holders RunContents::LookUp(const std::string& name) {
   return holders;
 }
 
+/// Since when a name is known of a group: 0 if it is not.
+std::size_t RunContents::KnownSince(const Holder& holder) const {
+  const auto known = m_known.find(KeyOf(holder));
+  return known != m_known.end() ? known->second : m_headers[holder.header].handedOut;
+}
+
 /// Those of which the name is known, in the order in which they were met.
-RunContents::Holders RunContents::KnownOf(const std::string& name, const Holders& holders) const {
-  const auto sought = m_known.find(name);
-  std::vector<std::pair<std::size_t, Holder>> met;
-  for (const Holder& holder : holders) {
-    std::size_t time = m_headers[holder.header].handedOut;
-    if (sought != m_known.end()) {
-      const auto found = PlaceIn(sought->second, holder.header);
-      if (found != sought->second.end() && found->first == holder.header) time = found->second;
-    }
-    if (time != 0) met.emplace_back(time, holder);
-  }
-  const auto isEarlier = [](const auto& a, const auto& b) {
-    return std::pair(a.first, a.second.header) < std::pair(b.first, b.second.header);
-  };
-  std::sort(met.begin(), met.end(), isEarlier);
+RunContents::Holders RunContents::KnownOf(const Holders& holders) const {
   Holders known;
-  for (const auto& [time, holder] : met) known.push_back(holder);
+  for (Holder holder : holders) {
+    holder.knownSince = KnownSince(holder);
+    if (holder.knownSince != 0) known.push_back(holder);
+  }
+  std::sort(known.begin(), known.end(), [](const Holder& a, const Holder& b) {
+    return std::pair(a.knownSince, a.header) < std::pair(b.knownSince, b.header);
+  });
   return known;
 }
 
@@ -241,17 +240,21 @@ RunContents::Holders RunContents::InGroup(const Holders& holders,
   return inGroup;
 }
 
-void RunContents::Know(const std::string& name, const Holders& holders) {
+void RunContents::Know(const Holders& holders) {
   if (holders.empty()) return;
-  const auto before = m_known.find(name);
-  KnownHeaders headers = before == m_known.end() ? KnownHeaders() : before->second;
-  for (const Holder& holder : holders) {
-    const std::size_t handedOut = m_headers[holder.header].handedOut;
-    const auto at = PlaceIn(headers, holder.header);
-    if (at != headers.end() && at->first == holder.header) continue;
-    headers.insert(at, {holder.header, handedOut != 0 ? handedOut : m_time + 1});
+  std::vector<std::uint64_t> added;
+  added.reserve(holders.size());
+  try {
+    for (const Holder& holder : holders) {
+      const std::size_t handedOut = m_headers[holder.header].handedOut;
+      const std::uint64_t key = KeyOf(holder);
+      if (m_known.emplace(key, handedOut != 0 ? handedOut : m_time + 1).second)
+        added.push_back(key);
+    }
+  } catch (...) {
+    for (const std::uint64_t key : added) m_known.erase(key);
+    throw;
   }
-  m_known[name].swap(headers);
   ++m_time;
 }
 
@@ -282,10 +285,7 @@ void RunContents::CheckDirectory() const {
 
 VariablePtr RunContents::VariableOf(const Holder& holder, std::uint32_t targetType) {
   GroupContents& contents = ContentsOf(holder);
-  if (contents.IsUnloaded(holder.place)) {
-    CheckDirectory();
-    ReadHeader(m_headers[holder.header], targetType);
-  }
+  if (contents.IsUnloaded(holder.place)) ReadHeader(m_headers[holder.header], targetType);
   return contents.RunVariable(holder.place);
 }
 
@@ -301,7 +301,7 @@ std::optional<RunContents::Holder> RunContents::FindKnown(const std::string& nam
                                                           const std::string& groupName,
                                                           const Holders& holders,
                                                           std::uint32_t targetType) {
-  const Holders known = KnownOf(name, holders);
+  const Holders known = KnownOf(holders);
   if (known.empty()) return std::nullopt;
   // What is known in another case only must not stand for a name that a header spells so.
   if (groupName.empty() && !HoldsSpelling(known, name) && HoldsSpelling(holders, name))
@@ -323,19 +323,21 @@ VariablePtr RunContents::GetVariable(const std::string& name, const std::string&
   Holders holders = HoldersOf(name);
   if (const auto known = FindKnown(name, groupName, holders, targetType))
     return VariableOf(*known, targetType);
-  CheckDirectory();
-  ListHeaders();
+  if (!HasHeaders()) {
+    CheckDirectory();
+    ListHeaders();
+  }
   ReadHeaders(targetType);
   if (m_readCount != readBefore) holders = HoldersOf(name);
   const Holders sought = InGroup(holders, groupName);
   for (const Holder& holder : sought) ContentsOf(holder).CheckVariable(holder.place);
-  Know(name, sought);
-  const Holders known = KnownOf(name, holders);
+  Know(sought);
+  const Holders known = KnownOf(holders);
   return VariableOf(*Choose(known, name, groupName, /*toleratesAbsence=*/false), targetType);
 }
 
 bool RunContents::UnloadVariable(const std::string& name, const std::string& groupName) {
-  const Holders known = KnownOf(name, HoldersOf(name));
+  const Holders known = KnownOf(HoldersOf(name));
   if (known.empty()) return false;
   const Holder* holder = nullptr;
   try {

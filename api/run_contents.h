@@ -27,6 +27,9 @@ namespace SumaraApi {
 /// name is known of a group once it was sought there, or once the group itself was handed out; a
 /// plain name counts the groups of which it is known. Names of groups and variables are found so
 /// spelled, else in any case. What fails leaves all as it was, but for headers that were read.
+///
+/// Once there are headers, the run has found its termination file in the directory before it asks:
+/// the directory is not looked for again.
 class RunContents {
  public:
   /// \param runPath the run's files without their extension.
@@ -67,10 +70,10 @@ class RunContents {
   struct Holder {
     std::size_t header;
     std::size_t place;
+    std::size_t first;           ///< the first place of that name in any case
+    std::size_t knownSince = 0;  ///< the time since which it is known of the group, or 0
   };
   using Holders = std::vector<Holder>;
-  /// The headers of whose groups a name is known, sorted, each with the time of that.
-  using KnownHeaders = std::vector<std::pair<std::size_t, std::size_t>>;
 
   GroupContents& ContentsOf(const Holder& holder) const {
     return *m_headers[holder.header].contents;
@@ -90,9 +93,11 @@ class RunContents {
   Holders HoldersOf(const std::string& name);
   Holders ScanFor(const std::string& name) const;
   Holders LookUp(const std::string& name);
-  Holders KnownOf(const std::string& name, const Holders& holders) const;
+  void MakeIndex();
+  std::size_t KnownSince(const Holder& holder) const;
+  Holders KnownOf(const Holders& holders) const;
   Holders InGroup(const Holders& holders, const std::string& groupName) const;
-  void Know(const std::string& name, const Holders& holders);
+  void Know(const Holders& holders);
   const Holder* Choose(const Holders& known, const std::string& name, const std::string& groupName,
                        bool toleratesAbsence) const;
   bool HoldsSpelling(const Holders& holders, const std::string& name) const;
@@ -109,7 +114,7 @@ class RunContents {
   std::size_t m_readCount = 0;    ///< the first ones have been read
   std::uint32_t m_readType = 0;   ///< the data type that all of them have, or 0 if they differ
   std::vector<GroupPtr> m_groups;
-  std::unordered_map<std::string, KnownHeaders, Sumara::HashNoCase, Sumara::EqualNoCase> m_known;
+  std::unordered_map<std::uint64_t, std::size_t> m_known;  ///< since when, by `KeyOf` a holder
   std::size_t m_time = 0;
   NameIndex m_index;  ///< of the headers read, from the second question on
   bool m_wasAsked = false;

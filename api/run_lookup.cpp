@@ -97,28 +97,31 @@ bool Run::UnloadVariableFromSpecificGroup(std::string const& variableName,
 
 // Typed variables.
 
+template <class TypedVariable>
+std::shared_ptr<TypedVariable> Run::Narrow(const VariablePtr& variable) const {
+  return NarrowVariable<TypedVariable>(variable, [this] { return DirectoryAndName(); });
+}
+
 template <class T>
 std::shared_ptr<Variable1D<T>> Run::GetVariable1D(std::string const& variableName) {
-  return NarrowVariable<Variable1D<T>>(GetVariable(variableName), DirectoryAndName());
+  return Narrow<Variable1D<T>>(GetVariable(variableName));
 }
 
 template <class T>
 std::shared_ptr<Variable1D<T>> Run::GetVariable1DFromSpecificOutputGroup(
     std::string const& variableName, std::string const& specificGroupName) {
-  return NarrowVariable<Variable1D<T>>(
-      GetVariableFromSpecificOutputGroup(variableName, specificGroupName), DirectoryAndName());
+  return Narrow<Variable1D<T>>(GetVariableFromSpecificOutputGroup(variableName, specificGroupName));
 }
 
 template <class T>
 std::shared_ptr<Variable2D<T>> Run::GetVariable2D(std::string const& variableName) {
-  return NarrowVariable<Variable2D<T>>(GetVariable(variableName), DirectoryAndName());
+  return Narrow<Variable2D<T>>(GetVariable(variableName));
 }
 
 template <class T>
 std::shared_ptr<Variable2D<T>> Run::GetVariable2DFromSpecificOutputGroup(
     std::string const& variableName, std::string const& specificGroupName) {
-  return NarrowVariable<Variable2D<T>>(
-      GetVariableFromSpecificOutputGroup(variableName, specificGroupName), DirectoryAndName());
+  return Narrow<Variable2D<T>>(GetVariableFromSpecificOutputGroup(variableName, specificGroupName));
 }
 
 #define TABULON_INSTANTIATE(T)                                                          \

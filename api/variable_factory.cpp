@@ -1,5 +1,7 @@
 #include "api/variable_factory.h"
 
+#include <string>
+
 #include "api/variable1d.h"
 #include "api/variable2d.h"
 #include "core/exceptions.h"
@@ -10,17 +12,17 @@ namespace SumaraApi {
 namespace {
 
 template <class T>
-VariablePtr Make(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
+VariablePtr Make(std::string_view name, const std::shared_ptr<Sumara::IGroup>& group,
                  const std::shared_ptr<Sumara::CControl>& control,
                  const IndependentVariablesPtr& independentVariables) {
   if (group->GetNumberOfAxes() == 1)
-    return std::make_shared<Variable1D<T>>(name, group, control, independentVariables);
-  return std::make_shared<Variable2D<T>>(name, group, control, independentVariables);
+    return std::make_shared<Variable1D<T>>(std::string(name), group, control, independentVariables);
+  return std::make_shared<Variable2D<T>>(std::string(name), group, control, independentVariables);
 }
 
 }  // namespace
 
-void CheckVariable(const std::string& name, const Sumara::IGroup& group, std::uint32_t dataType) {
+void CheckVariable(std::string_view name, const Sumara::IGroup& group, std::uint32_t dataType) {
   const std::size_t axes = group.GetNumberOfAxes();
   if (axes != 1 && axes != 2) throw Sumara::CException(170, Sumara::GroupContext(&group));
   switch (dataType != 0 ? dataType : group.GetDataType()) {
@@ -29,11 +31,12 @@ void CheckVariable(const std::string& name, const Sumara::IGroup& group, std::ui
     case Sumara::kIntCode:
       return;
     default:
-      throw Sumara::CException(172, Sumara::SeriesContext(name, &group), "Data type not supported");
+      throw Sumara::CException(172, Sumara::SeriesContext(std::string(name), &group),
+                               "Data type not supported");
   }
 }
 
-VariablePtr CreateVariable(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
+VariablePtr CreateVariable(std::string_view name, const std::shared_ptr<Sumara::IGroup>& group,
                            const std::shared_ptr<Sumara::CControl>& control,
                            const IndependentVariablesPtr& independentVariables,
                            std::uint32_t dataType) {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include "api/independent_variables.h"
 #include "api/types.h"
@@ -16,11 +16,11 @@ namespace SumaraApi {
 
 /// Refuses a variable of another type than the public classes have, or of an odd number of axes.
 /// \throws Sumara::CException 170, 172
-void CheckVariable(const std::string& name, const Sumara::IGroup& group, std::uint32_t dataType);
+void CheckVariable(std::string_view name, const Sumara::IGroup& group, std::uint32_t dataType);
 
 /// Makes the variable of a group in the type of code `dataType`, or in the group's own for 0.
 /// \throws Sumara::CException 170, 172
-VariablePtr CreateVariable(const std::string& name, const std::shared_ptr<Sumara::IGroup>& group,
+VariablePtr CreateVariable(std::string_view name, const std::shared_ptr<Sumara::IGroup>& group,
                            const std::shared_ptr<Sumara::CControl>& control,
                            const IndependentVariablesPtr& independentVariables,
                            std::uint32_t dataType);

@@ -28,6 +28,15 @@ std::uint64_t LoadWord(const char* at) {
   return word;
 }
 
+/// Eight characters in lower case.
+constexpr std::uint64_t WordToLower(std::uint64_t word) {
+  const std::uint64_t low = word & ~kTopBits;
+  const std::uint64_t fromA = low + kOnes * (0x80 - 'A');
+  const std::uint64_t beyondZ = low + kOnes * (0x7F - 'Z');
+  const std::uint64_t capitals = fromA & ~beyondZ & ~word & kTopBits;
+  return word | capitals >> 2;
+}
+
 /// The top bit of each byte below `limit`. A byte behind such a one may be marked in error.
 constexpr std::uint64_t MarkBelow(std::uint64_t word, std::uint64_t limit) {
   return (word - kOnes * limit) & ~word & kTopBits;
@@ -68,16 +77,23 @@ std::size_t FindQuotedSize(std::string_view text, char quote) {
 }  // namespace
 
 bool EqualsNoCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-           return x == y || ToLower(x) == ToLower(y);
-         });
+  if (a.size() != b.size()) return false;
+  if (a == b) return true;  // as nearly always, and told many characters at a time
+  return std::equal(a.begin(), a.end(), b.begin(),
+                    [](char x, char y) { return ToLower(x) == ToLower(y); });
 }
 
 std::size_t HashNoCase::operator()(std::string_view text) const {
-  std::uint64_t hash = 14695981039346656037u;  // FNV-1a
-  for (const char c : text) {
-    hash = (hash ^ static_cast<unsigned char>(ToLower(c))) * 1099511628211u;
-  }
+  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15u;  // odd, its bits at random
+  std::uint64_t hash = text.size();
+  const auto add = [&](std::uint64_t word) {
+    hash = (hash ^ WordToLower(word)) * kFactor;
+    hash ^= hash >> 32;
+  };
+  for (; text.size() >= kWordSize; text.remove_prefix(kWordSize)) add(LoadWord(text.data()));
+  std::uint64_t rest = 0;
+  if (!text.empty()) std::memcpy(&rest, text.data(), text.size());
+  add(rest);
   return static_cast<std::size_t>(hash);
 }
 

@@ -44,8 +44,9 @@ TEST(VariableFailuresTest, OtherStatisticsRaise132And133) {
 TEST(VariableFailuresTest, NoVariableIsNarrowedToNone) {
   const std::string message =
       "Sumara Tables error: Variable supplied was null.\nFurther information: Run: /runs/run1";
-  EXPECT_EQ(MessageOf([] { NarrowVariable<Variable1D<float>>(nullptr, "/runs/run1"); }), message);
-  EXPECT_EQ(MessageOf([] { NarrowVariable<Variable2D<int>>(nullptr, "/runs/run1"); }), message);
+  const auto run = [] { return std::string("/runs/run1"); };
+  EXPECT_EQ(MessageOf([&] { NarrowVariable<Variable1D<float>>(nullptr, run); }), message);
+  EXPECT_EQ(MessageOf([&] { NarrowVariable<Variable2D<int>>(nullptr, run); }), message);
 }
 
 TEST(VariableFailuresTest, GroupOfShortsHasNoDataType) {

@@ -216,6 +216,26 @@ TEST(TextTest, HashFitsTheComparison) {
   EXPECT_FALSE(names.contains(std::string_view("ROTOR speed ")));
 }
 
+TEST(TextTest, HashKnowsNoCaseAtAnyPlace) {
+  constexpr std::size_t kLongest = 20;
+  for (std::size_t size = 1; size <= kLongest; ++size) {
+    for (std::size_t place = 0; place < size; ++place) {
+      for (int c = 0; c < 256; ++c) {
+        const std::string plain(size, 'x');
+        std::string text = plain;
+        text[place] = static_cast<char>(c);
+        std::string lower = text;
+        lower[place] = Sumara::ToLower(text[place]);
+        EXPECT_EQ(Sumara::HashNoCase{}(text), Sumara::HashNoCase{}(lower)) << text;
+        EXPECT_EQ(Sumara::HashNoCase{}(text) == Sumara::HashNoCase{}(plain), c == 'x' || c == 'X')
+            << text;
+      }
+    }
+    EXPECT_NE(Sumara::HashNoCase{}(std::string(size, '\0')),
+              Sumara::HashNoCase{}(std::string(size - 1, '\0')));
+  }
+}
+
 TEST(TextTest, TakesPathsApart) {
   EXPECT_EQ(Sumara::StemOf("a.b.%01"), "a.b");
   EXPECT_EQ(Sumara::StemOf("a"), "a");
