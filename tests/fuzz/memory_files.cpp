@@ -30,6 +30,7 @@ struct Disk {
   std::vector<std::shared_ptr<MemoryFile>> open;  ///< by handle
   std::uint64_t files = 0;
   std::int64_t writes = 0;
+  std::int64_t namesChanged = 0;  ///< in writes since the start, of which it is one
 
   std::shared_ptr<MemoryFile> Find(std::string_view path) const {
     const auto found = names.find(path);
@@ -41,8 +42,13 @@ struct Disk {
     if (file == nullptr) {
       file = std::make_shared<MemoryFile>();
       file->number = ++files;
+      namesChanged = ++writes;
     }
     return file;
+  }
+
+  void Remove(const std::string& path) {
+    if (names.erase(path) != 0) namesChanged = ++writes;
   }
 
   int HandleOf(std::shared_ptr<MemoryFile> file) {
@@ -77,7 +83,7 @@ void Write(const std::string& path, std::string_view bytes) {
   file->written = ++disk.writes;
 }
 
-void Remove(const std::string& path) { TheDisk().names.erase(path); }
+void Remove(const std::string& path) { TheDisk().Remove(path); }
 
 }  // namespace Fuzzing::MemoryFiles
 
@@ -165,6 +171,10 @@ PathStatus StatusOf(const std::string& path) {
 }
 
 int LastWrite(const std::string& path, FileTime& time) {
+  if (path == Fuzzing::MemoryFiles::kDirectory) {
+    time = {TheDisk().namesChanged, 0};
+    return 0;
+  }
   const auto file = TheDisk().Find(path);
   if (file == nullptr) return ENOENT;
   time = {file->written, 0};
