@@ -40,6 +40,13 @@ double MeanOf(const std::vector<double>& values) {
   return sum / static_cast<double>(values.size());
 }
 
+void RequireFigures(const std::vector<double>& column, double mean, double maximum,
+                    double minimum) {
+  Require(mean == MeanOf(column), "another mean");
+  Require(maximum == *std::max_element(column.begin(), column.end()), "another maximum");
+  Require(minimum == *std::min_element(column.begin(), column.end()), "another minimum");
+}
+
 /// The figures that are told once all of a group is in memory.
 template <class T>
 void CheckFigures(const RandomGroup& group, const SumaraApi::Group& found) {
@@ -52,25 +59,16 @@ void CheckFigures(const RandomGroup& group, const SumaraApi::Group& found) {
     }
   }
   for (std::size_t v = 0; v < names.size(); ++v) {
+    if (group.axes.size() == 1) {
+      const auto variable = found.GetVariable1D<T>(names[v]);
+      RequireFigures(group.Column(v, 0), variable->GetMean(), variable->GetMaximum(),
+                     variable->GetMinimum());
+      continue;
+    }
+    const auto variable = found.GetVariable2D<T>(names[v]);
     for (std::size_t s = 0; s < group.Secondary(); ++s) {
-      const std::vector<double> column = group.Column(v, s);
-      double mean = 0;
-      double maximum = 0;
-      double minimum = 0;
-      if (group.axes.size() == 1) {
-        const auto variable = found.GetVariable1D<T>(names[v]);
-        mean = variable->GetMean();
-        maximum = variable->GetMaximum();
-        minimum = variable->GetMinimum();
-      } else {
-        const auto variable = found.GetVariable2D<T>(names[v]);
-        mean = variable->GetMeanAtIndex(s);
-        maximum = variable->GetMaximumAtIndex(s);
-        minimum = variable->GetMinimumAtIndex(s);
-      }
-      Require(mean == MeanOf(column), "another mean");
-      Require(maximum == *std::max_element(column.begin(), column.end()), "another maximum");
-      Require(minimum == *std::min_element(column.begin(), column.end()), "another minimum");
+      RequireFigures(group.Column(v, s), variable->GetMeanAtIndex(s),
+                     variable->GetMaximumAtIndex(s), variable->GetMinimumAtIndex(s));
     }
   }
 }
@@ -88,18 +86,26 @@ class ValidRun {
   ValidRun(const std::vector<RandomGroup>& groups, DataTypeSpecifier type)
       : m_groups(groups), m_type(type) {}
 
-  void Check() {
-    Fuzzing::CheckWalks(m_type, [&](RunWalk& walk) {
+  /// The values that a walk meets, or all values and figures.
+  void Check(Fuzzing::Ways ways) const {
+    const bool isServed = std::all_of(m_groups.begin(), m_groups.end(),
+                                      [&](const auto& group) { return IsServed(group, m_type); });
+    if (isServed && ways.Pick(2) == 0) {
+      CheckAnswers();
+    } else {
+      CheckWalks(ways);
+    }
+  }
+
+ private:
+  void CheckWalks(const Fuzzing::Ways& ways) const {
+    Fuzzing::CheckWalks(ways, m_type, [&](RunWalk& walk) {
       walk.visitFloats = Compare<float>();
       walk.visitDoubles = Compare<double>();
       walk.visitInts = Compare<int>();
     });
-    const bool isServed = std::all_of(m_groups.begin(), m_groups.end(),
-                                      [&](const auto& group) { return IsServed(group, m_type); });
-    if (isServed) CheckAnswers();
   }
 
- private:
   template <class T>
   RunWalk::Visit<T> Compare() const {
     return [this](const SumaraApi::Group& group, std::size_t variable, std::size_t secondary,
@@ -234,15 +240,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     groups.push_back(Fuzzing::TakeGroup(source));
     files.push_back(Fuzzing::FilesOf(groups.back(), files.size()));
   }
+  Fuzzing::Ways ways(input);
   if (source.IsUsedUp()) {
     Fuzzing::WriteRun(files);
-    ValidRun(groups, type).Check();
+    ValidRun(groups, type).Check(ways);
     return 0;
   }
   DamageRun(files, source);
   Fuzzing::WriteRun(files);
-  Fuzzing::CheckWalks(type, [](RunWalk&) {});
-  const auto code = static_cast<std::uint32_t>(1 + Fuzzing::PickWay(input, Sumara::kLongCode));
-  Fuzzing::LoadWholeGroups(files.size(), code);
+  const auto prepare = [](RunWalk&) {};
+  if (ways.Pick(2) == 0) {
+    Fuzzing::CheckWalks(ways, type, prepare);
+  } else {
+    Fuzzing::WalkRun(ways, {/*buffered=*/ways.Pick(2) == 0, type}, prepare);
+    const auto code = static_cast<std::uint32_t>(1 + ways.Pick(Sumara::kLongCode));
+    Fuzzing::LoadWholeGroups(files.size(), code);
+  }
   return 0;
 }

@@ -100,14 +100,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (input.find(Fuzzing::kWrongType) != std::string_view::npos) return 0;
   const std::vector<GroupFiles> groups = SplitInput(input);
   Fuzzing::WriteRun(groups);
-  const std::size_t way = Fuzzing::PickWay(input, std::size(Fuzzing::kReadingTypes));
-  Fuzzing::CheckWalks(Fuzzing::kReadingTypes[way], [&](Fuzzing::RunWalk& walk) {
+  Fuzzing::Ways ways(input);
+  const auto asType = Fuzzing::kReadingTypes[ways.Pick(std::size(Fuzzing::kReadingTypes))];
+  const auto type = static_cast<std::uint32_t>(1 + ways.Pick(Sumara::kLongCode));
+  Fuzzing::CheckWalks(ways, asType, [&](Fuzzing::RunWalk& walk) {
     walk.visitDoubles = [&](const SumaraApi::Group& group, std::size_t variable,
                             std::size_t secondary, const std::vector<double>& values) {
       CheckDoubles(groups, group, variable, secondary, values);
     };
   });
-  const auto type = static_cast<std::uint32_t>(1 + Fuzzing::PickWay(input, Sumara::kLongCode));
-  Fuzzing::LoadWholeGroups(groups.size(), type);
+  if (ways.Pick(2) == 0) Fuzzing::LoadWholeGroups(groups.size(), type);
   return 0;
 }

@@ -23,10 +23,12 @@ namespace {
 
 using Fuzzing::RefusalOf;
 using Fuzzing::Require;
+using Fuzzing::Ways;
 using Sumara::DataLayout;
 using Sumara::DataRequest;
 
 constexpr std::uint64_t kMostIndices = 5;  // of variables and of secondary values
+constexpr std::size_t kThorough = 8;       // one input of so many goes all ways
 
 struct Setup {
   std::uint32_t storedType = 0;
@@ -85,8 +87,10 @@ std::vector<std::size_t> Indices(std::uint64_t count) {
 template <class U>
 class Comparison {
  public:
-  explicit Comparison(const Setup& setup)
-      : m_setup(setup), m_path(Fuzzing::Scratch::Instance().Write("run.$01", setup.text)) {
+  Comparison(const Setup& setup, const Ways& ways)
+      : m_setup(setup),
+        m_ways(ways),
+        m_path(Fuzzing::Scratch::Instance().Write("run.$01", setup.text)) {
     const DataLayout& layout = setup.layout;
     m_expected = Fuzzing::ReadByModel<U>(setup.text, setup.dimensions, layout);
     m_points = m_expected.size() / layout.Stride();
@@ -94,12 +98,16 @@ class Comparison {
     m_all.secondaryIndices = Indices(layout.secondary);
   }
 
+  /// Most inputs go two of the five ways, so that more inputs are tried.
   void Run() {
-    ReadSingly(/*keepBuffer=*/false, /*points=*/0);
-    ReadSingly(/*keepBuffer=*/true, /*points=*/0);
-    if (m_points != 0) ReadSingly(/*keepBuffer=*/true, m_points);
-    ReadTogether(/*keepBuffer=*/false);
-    ReadTogether(/*keepBuffer=*/true);
+    const bool isThorough = m_ways.Pick(kThorough) == 0;
+    const std::size_t singly = m_ways.Pick(3);
+    if (isThorough || singly == 0) ReadSingly(/*keepBuffer=*/false, /*points=*/0);
+    if (isThorough || singly == 1) ReadSingly(/*keepBuffer=*/true, /*points=*/0);
+    if (isThorough || singly == 2) ReadSingly(/*keepBuffer=*/true, m_points);
+    const bool keepBuffer = m_ways.Pick(2) == 0;
+    ReadTogether(keepBuffer);
+    if (isThorough) ReadTogether(!keepBuffer);
   }
 
  private:
@@ -174,6 +182,7 @@ class Comparison {
   }
 
   const Setup& m_setup;
+  Ways m_ways;
   std::string m_path;
   std::vector<U> m_expected;
   std::uint64_t m_points = 0;
@@ -195,21 +204,23 @@ void CheckNothingHeld(const Setup& setup) {
 }
 
 template <class U>
-void CheckFile(const Setup& setup) {
+void CheckFile(const Setup& setup, const Ways& ways) {
   if (setup.layout.Stride() == 0) {
     CheckNothingHeld<U>(setup);
   } else {
-    Comparison<U>(setup).Run();
+    Comparison<U>(setup, ways).Run();
   }
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto setup = ReadSetup(Fuzzing::TextOf(data, size));
+  const std::string_view input = Fuzzing::TextOf(data, size);
+  const auto setup = ReadSetup(input);
   if (!setup) return 0;
   Sumara::VisitElementType(
-      setup->targetType, [&](auto tag) { CheckFile<typename decltype(tag)::Type>(*setup); },
+      setup->targetType,
+      [&](auto tag) { CheckFile<typename decltype(tag)::Type>(*setup, Ways(input)); },
       [] { Fuzzing::Fail("a data type that is none"); });
   return 0;
 }

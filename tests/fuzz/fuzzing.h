@@ -56,10 +56,25 @@ std::string RefusalOf(Action&& action) {
   return {};
 }
 
-/// A number from `0` to `count - 1` that the bytes of an input decide: where all of several ways
-/// would take too long, each input goes one of them.
+/// Choices that the bytes of an input decide, one after the other: where all of several ways would
+/// take too long, each input goes one of them.
+class Ways {
+ public:
+  explicit Ways(std::string_view input) : m_state(std::hash<std::string_view>{}(input)) {}
+
+  /// From 0 to `count - 1`.
+  std::size_t Pick(std::size_t count) {
+    m_state = m_state * 6364136223846793005 + 1442695040888963407;
+    return (m_state >> 33) % count;  // the low bits of such a sequence repeat soon
+  }
+
+ private:
+  std::uint64_t m_state;
+};
+
+/// The first of the choices.
 inline std::size_t PickWay(std::string_view input, std::size_t count) {
-  return std::hash<std::string_view>{}(input) % count;
+  return Ways(input).Pick(count);
 }
 
 /// Cuts the piece up to `mark` off the front of `text`; all of it if there is no mark.

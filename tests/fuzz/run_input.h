@@ -46,18 +46,22 @@ inline constexpr SumaraApi::DataTypeSpecifier kReadingTypes[] = {
     SumaraApi::DataTypeSpecifier::ReadAsSerialisedType, SumaraApi::DataTypeSpecifier::ReadAsFloat32,
     SumaraApi::DataTypeSpecifier::ReadAsFloat64};
 
-/// Walks the run with and without buffers, which must make no difference. `prepare` is told of each
-/// walk before it begins.
-inline void CheckWalks(SumaraApi::DataTypeSpecifier type,
+/// Walks the run, as it is read with or without buffers. `prepare` is told of the walk before it
+/// begins. \return all that the run told.
+inline std::string WalkRun(const Ways& ways, const Reading& reading,
+                           const std::function<void(RunWalk&)>& prepare) {
+  RunWalk road(OpenRun(Scratch::Instance().Directory(), "run", reading), ways);
+  prepare(road);
+  std::string told = road.Walk();
+  SumaraApi::TabulonApi::ClearRuns();  // what is kept now is lost
+  return told;
+}
+
+/// Walks the run with and without buffers, which must make no difference.
+inline void CheckWalks(const Ways& ways, SumaraApi::DataTypeSpecifier type,
                        const std::function<void(RunWalk&)>& prepare) {
-  const auto walk = [&](bool buffered) {
-    RunWalk road(OpenRun(Scratch::Instance().Directory(), "run", {buffered, type}));
-    prepare(road);
-    std::string told = road.Walk();
-    SumaraApi::TabulonApi::ClearRuns();  // what is kept now is lost
-    return told;
-  };
-  RequireSame(walk(/*buffered=*/false), walk(/*buffered=*/true),
+  RequireSame(WalkRun(ways, {/*buffered=*/false, type}, prepare),
+              WalkRun(ways, {/*buffered=*/true, type}, prepare),
               "reading without buffers gives other answers than with them");
 }
 

@@ -24,6 +24,7 @@ namespace Fuzzing {
 
 inline constexpr std::size_t kMostValues = 64;  ///< of an axis that are looked at
 inline constexpr std::size_t kMostIndices = 2;  ///< of variables and of secondary values
+inline constexpr std::size_t kThorough = 64;    ///< one input of so many goes all ways
 
 /// What the calls of a walk gave, in words: two walks over the same files are compared by it.
 class Journal {
@@ -71,6 +72,8 @@ struct Reading {
 /// Words that have no place where data was asked for as what it is.
 inline constexpr std::string_view kWrongType = "Group type does not correspond to data type";
 
+/// Most refusals of a walk are those of figures, and to throw them would take most of its time: of
+/// calls that are much alike an input makes one, now this and now that, and few inputs make all.
 class RunWalk {
  public:
   /// Called with each vector of data: its group, the places of the variable and of the secondary
@@ -79,7 +82,9 @@ class RunWalk {
   using Visit = std::function<void(const SumaraApi::Group&, std::size_t variable,
                                    std::size_t secondary, const std::vector<T>&)>;
 
-  explicit RunWalk(SumaraApi::RunPtr run) : m_run(std::move(run)) {}
+  /// Walks of one run by the same ways make the same calls.
+  RunWalk(SumaraApi::RunPtr run, const Ways& ways)
+      : m_run(std::move(run)), m_ways(ways), m_isThorough(m_ways.Pick(kThorough) == 0) {}
 
   Visit<float> visitFloats;
   Visit<double> visitDoubles;
@@ -102,8 +107,8 @@ class RunWalk {
     m_journal.Try([&] { return group.GetVariableNames(); });
     m_journal.Try([&] { return group.GetCalculationShortName(); });
     m_journal.Try([&] { return group.GetCalculationDescriptiveName(); });
-    m_journal.Try([&] { return group.GetTimeDomainSimulationLength(); });
-    m_journal.Try([&] { return group.GetDataPointCount(); });
+    TryOneOf([&] { return group.GetTimeDomainSimulationLength(); },
+             [&] { return group.GetDataPointCount(); });
     m_journal.Try([&] { return static_cast<int>(group.GetVariableDataFormat()); });
     for (const auto& axis : group.GetIndependentVariables()) WalkAxis(*axis);
     m_journal.Try([&] {
@@ -128,8 +133,7 @@ class RunWalk {
         axis.GetNumberOfValues() > kMostValues) {
       return;
     }
-    m_journal.Try([&] { return axis.GetValuesAsString(); });
-    m_journal.Try([&] { return axis.GetValuesAsNumber(); });
+    TryOneOf([&] { return axis.GetValuesAsString(); }, [&] { return axis.GetValuesAsNumber(); });
   }
 
   template <class T>
@@ -137,8 +141,12 @@ class RunWalk {
     // A group whose name stands twice gives the variables of the first, which the run knows.
     const std::vector<std::string> names = group.GetVariableNames();
     const std::size_t count = std::min(names.size(), kMostIndices);
-    for (std::size_t i = 0; i < count; ++i) WalkVariable<T>(group, names[i], i, visit);
-    if (count < 2) return;
+    const bool walksAll = count < 2 || IsTurn(4);
+    const std::size_t chosen = m_ways.Pick(kMostIndices);
+    for (std::size_t i = 0; i < count; ++i) {
+      if (walksAll || i == chosen) WalkVariable<T>(group, names[i], i, visit);
+    }
+    if (count < 2 || !walksAll) return;
     // One is dropped and read again, beside another that is loaded.
     m_journal.Try([&] { group.GetVariable(names[1])->Unload(); });
     WalkVariable<T>(group, names[1], 1, visit);
@@ -164,18 +172,23 @@ class RunWalk {
                       const Visit<T>& visit) {
     const auto variable = group.GetVariable1D<T>(name);
     const std::string other = group.GetVariableNames().front();
-    for (int round = 0; round < 2; ++round) {  // the first comes before there is any data
-      m_journal.Try([&] { return variable->GetMean(); });
-      m_journal.Try([&] { return variable->GetMaximum(); });
-      m_journal.Try([&] { return variable->GetMinimum(); });
-      m_journal.Try([&] { return variable->GetMaximumContemporaneous(other); });
-      m_journal.Try([&] { return variable->GetMinimumContemporaneous(other); });
+    const auto walkFigures = [&] {
+      TryOneOf([&] { return variable->GetMean(); }, [&] { return variable->GetMaximum(); },
+               [&] { return variable->GetMinimum(); },
+               [&] { return variable->GetMaximumContemporaneous(other); },
+               [&] { return variable->GetMinimumContemporaneous(other); });
+    };
+    const auto walkData = [&] {
       m_journal.Try([&] {
         const std::vector<T>& values = variable->GetData();
         if (visit) visit(group, place, 0, values);
         return values;
       });
-    }
+    };
+    if (IsTurn(4)) walkFigures();  // before there is any data
+    walkData();
+    walkFigures();
+    walkData();
   }
 
   template <class T>
@@ -186,45 +199,73 @@ class RunWalk {
     const auto axis = variable->GetIndependentVariable(
         SumaraApi::IndependentVariableId::SecondaryIndependentVariable);
     const std::size_t count = std::min(axis->GetNumberOfValues(), kMostIndices);
-    for (std::size_t s = 0; s <= count; ++s) {
-      m_journal.Try([&] { return variable->GetMeanAtIndex(s); });
+    for (std::size_t s = 0; s < count; ++s) {
+      if (IsTurn(4)) WalkFiguresAt(*variable, other, s);
       const std::string refusal = m_journal.Try([&] {
         const std::vector<T>& values = variable->GetDataAtIndex(s);
         if (visit) visit(group, place, s, values);
         return values;
       });
-      Require(s == count || refusal.find(kWrongType) == std::string::npos,
+      Require(refusal.find(kWrongType) == std::string::npos,
               "data was not loaded, and nothing said so");
-      m_journal.Try([&] { return variable->GetMeanAtIndex(s); });
-      m_journal.Try([&] { return variable->GetMaximumAtIndex(s); });
-      m_journal.Try([&] { return variable->GetMinimumAtIndex(s); });
-      m_journal.Try([&] { return variable->GetMaximumContemporaneousAtIndex(other, s); });
-      m_journal.Try([&] { return variable->GetMinimumContemporaneousAtIndex(other, s); });
+      if (IsTurn(4)) WalkFiguresAt(*variable, other, s);
+    }
+    if (IsTurn(4)) {
+      TryOneOf([&] { WalkFiguresAt(*variable, other, count); },
+               [&] { return variable->GetDataAtIndex(count); });
     }
     if (axis->GetNumberOfValues() > kMostValues) return;
-    WalkByValue(*variable, *axis);
+    if (IsTurn(2)) WalkByValue(*variable, *axis);
     m_journal.Try([&] { return variable->GetDataForAllIndependentVariableValues(); });
+    if (count > 0) WalkFiguresAt(*variable, other, m_ways.Pick(count));
+  }
+
+  template <class T>
+  void WalkFiguresAt(SumaraApi::Variable2D<T>& variable, const std::string& other, std::size_t s) {
+    TryOneOf([&] { return variable.GetMeanAtIndex(s); },
+             [&] { return variable.GetMaximumAtIndex(s); },
+             [&] { return variable.GetMinimumAtIndex(s); },
+             [&] { return variable.GetMaximumContemporaneousAtIndex(other, s); },
+             [&] { return variable.GetMinimumContemporaneousAtIndex(other, s); });
   }
 
   template <class T>
   void WalkByValue(SumaraApi::Variable2D<T>& variable, SumaraApi::IndependentVariable& axis) {
-    m_journal.Try([&] {
-      const std::vector<std::string> values = axis.GetValuesAsString();
-      if (values.empty()) return;
-      const std::string& last = values.back();
-      m_journal.Try([&] { return variable.GetDataAtValue(last); });
-      m_journal.Try([&] { return variable.GetMeanAtValue(last); });
-    });
-    m_journal.Try([&] {
-      const std::vector<double>& values = axis.GetValuesAsNumber();
-      if (values.empty()) return;
-      const double last = values.back();
-      m_journal.Try([&] { return variable.GetDataAtValue(last); });
-      m_journal.Try([&] { return variable.GetMaximumAtValue(last); });
-    });
+    TryOneOf(
+        [&] {
+          const std::vector<std::string> values = axis.GetValuesAsString();
+          if (values.empty()) return;
+          const std::string& last = values.back();
+          TryOneOf([&] { return variable.GetDataAtValue(last); },
+                   [&] { return variable.GetMeanAtValue(last); });
+        },
+        [&] {
+          const std::vector<double>& values = axis.GetValuesAsNumber();
+          if (values.empty()) return;
+          const double last = values.back();
+          TryOneOf([&] { return variable.GetDataAtValue(last); },
+                   [&] { return variable.GetMaximumAtValue(last); });
+        });
+  }
+
+  /// In one input of `count`.
+  bool IsTurn(std::size_t count) { return m_ways.Pick(count) == 0 || m_isThorough; }
+
+  /// Notes what one of the calls gives, or each of them where the walk is thorough.
+  template <class... Calls>
+  void TryOneOf(Calls&&... calls) {
+    const std::size_t chosen = m_ways.Pick(sizeof...(calls));
+    std::size_t place = 0;
+    const auto visit = [&](auto& call) {
+      if (m_isThorough || place == chosen) m_journal.Try(call);
+      ++place;
+    };
+    (visit(calls), ...);
   }
 
   SumaraApi::RunPtr m_run;
+  Ways m_ways;
+  bool m_isThorough;
   Journal m_journal;
 };
 
