@@ -86,15 +86,13 @@ class ValidRun {
   ValidRun(const std::vector<RandomGroup>& groups, DataTypeSpecifier type)
       : m_groups(groups), m_type(type) {}
 
-  /// The values that a walk meets, or all values and figures.
+  /// The values that a walk meets, all values and figures, or both.
   void Check(Fuzzing::Ways ways) const {
     const bool isServed = std::all_of(m_groups.begin(), m_groups.end(),
                                       [&](const auto& group) { return IsServed(group, m_type); });
-    if (isServed && ways.Pick(2) == 0) {
-      CheckAnswers();
-    } else {
-      CheckWalks(ways);
-    }
+    const bool asksAll = isServed && ways.IsTurn(2);
+    if (asksAll) CheckAnswers();
+    if (!asksAll || ways.IsTurn(2)) CheckWalks(ways);
   }
 
  private:
@@ -249,12 +247,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   DamageRun(files, source);
   Fuzzing::WriteRun(files);
   const auto prepare = [](RunWalk&) {};
-  if (ways.Pick(2) == 0) {
+  if (ways.IsTurn(2)) {
     Fuzzing::CheckWalks(ways, type, prepare);
   } else {
     Fuzzing::WalkRun(ways, {/*buffered=*/ways.Pick(2) == 0, type}, prepare);
-    const auto code = static_cast<std::uint32_t>(1 + ways.Pick(Sumara::kLongCode));
-    Fuzzing::LoadWholeGroups(files.size(), code);
   }
+  const auto code = static_cast<std::uint32_t>(1 + ways.Pick(Sumara::kLongCode));
+  if (ways.IsTurn(2)) Fuzzing::LoadWholeGroups(files.size(), code);
   return 0;
 }

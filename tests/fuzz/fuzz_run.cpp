@@ -109,6 +109,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       CheckDoubles(groups, group, variable, secondary, values);
     };
   });
-  if (ways.Pick(2) == 0) Fuzzing::LoadWholeGroups(groups.size(), type);
+  if (ways.IsTurn(2)) Fuzzing::LoadWholeGroups(groups.size(), type);
   return 0;
 }

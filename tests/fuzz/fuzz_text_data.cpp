@@ -100,7 +100,7 @@ class Comparison {
 
   /// Most inputs go two of the five ways, so that more inputs are tried.
   void Run() {
-    const bool isThorough = m_ways.Pick(kThorough) == 0;
+    const bool isThorough = m_ways.IsTurn(kThorough);
     const std::size_t singly = m_ways.Pick(3);
     if (isThorough || singly == 0) ReadSingly(/*keepBuffer=*/false, /*points=*/0);
     if (isThorough || singly == 1) ReadSingly(/*keepBuffer=*/true, /*points=*/0);

@@ -56,6 +56,9 @@ std::string RefusalOf(Action&& action) {
   return {};
 }
 
+/// Whether each input goes all ways, as in a replay of known ones.
+inline bool goesAllWays = false;
+
 /// Choices that the bytes of an input decide, one after the other: where all of several ways would
 /// take too long, each input goes one of them.
 class Ways {
@@ -67,6 +70,9 @@ class Ways {
     m_state = m_state * 6364136223846793005 + 1442695040888963407;
     return (m_state >> 33) % count;  // the low bits of such a sequence repeat soon
   }
+
+  /// In one input of `count`.
+  bool IsTurn(std::size_t count) { return Pick(count) == 0 || goesAllWays; }
 
  private:
   std::uint64_t m_state;

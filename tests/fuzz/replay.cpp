@@ -36,6 +36,7 @@ void Replay(const std::filesystem::path& input) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  Fuzzing::goesAllWays = true;
   std::size_t count = 0;
   try {
     for (int i = 1; i < argc; ++i) {

@@ -84,7 +84,7 @@ class RunWalk {
 
   /// Walks of one run by the same ways make the same calls.
   RunWalk(SumaraApi::RunPtr run, const Ways& ways)
-      : m_run(std::move(run)), m_ways(ways), m_isThorough(m_ways.Pick(kThorough) == 0) {}
+      : m_run(std::move(run)), m_ways(ways), m_isThorough(m_ways.IsTurn(kThorough)) {}
 
   Visit<float> visitFloats;
   Visit<double> visitDoubles;
@@ -248,8 +248,7 @@ class RunWalk {
         });
   }
 
-  /// In one input of `count`.
-  bool IsTurn(std::size_t count) { return m_ways.Pick(count) == 0 || m_isThorough; }
+  bool IsTurn(std::size_t count) { return m_ways.IsTurn(count) || m_isThorough; }
 
   /// Notes what one of the calls gives, or each of them where the walk is thorough.
   template <class... Calls>
