@@ -79,17 +79,23 @@ def one_unbuffered(place: Place) -> float:
     return peak_beyond(place, buffered=False, wanted=1)
 
 
-@limit("memory", "two variables of each group of 1,000 runs", target=256.0 + 64.0, unit="MiB")
+@limit(
+    "memory",
+    "two variables of each group of 1,000 runs, beyond them",
+    target=256.0 + 16.0,
+    unit="MiB",
+)
 def campaign(place: Place) -> float:
     """Read two variables of each run: what is kept of their files has a bound for all.
 
-    The runs' own data and the interpreter have 64 MiB beside the 256 MiB of the bound.
+    Beside the 256 MiB of the bound each run, with its group, has 16 KiB. The variables stay with
+    their runs, and are what was asked for.
     """
     count, points = place.size(1_000, 10), place.size(8_000, 50)
     root = place.fixture(
         f"kept_{count}", lambda path: fixtures.write_linked_campaign(path, count, points, 30)
     )
-    return told_by(ALL_RUNS, str(root))
+    return told_by(ALL_RUNS, str(root)) - count * 2 * 4.0 * points / MIB
 
 
 @limit("memory", "each cached run of 50,000", target=1.5, unit="KiB")
