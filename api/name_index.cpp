@@ -9,8 +9,7 @@ namespace SumaraApi {
 namespace {
 
 std::uint32_t HashOf(std::string_view name) {
-  const std::size_t hash = Sumara::HashNoCase{}(name);
-  return static_cast<std::uint32_t>(hash ^ (static_cast<std::uint64_t>(hash) >> 32));
+  return static_cast<std::uint32_t>(Sumara::HashNoCase{}(name));
 }
 
 }  // namespace

@@ -85,10 +85,11 @@ bool EqualsNoCase(std::string_view a, std::string_view b) {
 
 std::size_t HashNoCase::operator()(std::string_view text) const {
   constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15u;  // odd, its bits at random
+  constexpr int kHighBits = 29;
   std::uint64_t hash = text.size();
   const auto add = [&](std::uint64_t word) {
     hash = (hash ^ WordToLower(word)) * kFactor;
-    hash ^= hash >> 32;
+    hash ^= hash >> kHighBits;  // those of the product depend on all of the word, the low ones not
   };
   for (; text.size() >= kWordSize; text.remove_prefix(kWordSize)) add(LoadWord(text.data()));
   std::uint64_t rest = 0;

@@ -21,7 +21,7 @@ constexpr char ToLower(char c) {
 /// Equality without regard to case, byte by byte up to the longer of the two lengths.
 bool EqualsNoCase(std::string_view a, std::string_view b);
 
-/// Hash and equality for containers keyed without regard to case.
+/// Hash and equality for containers keyed without regard to case. Any bits of the hash will do.
 struct HashNoCase {
   using is_transparent = void;
   std::size_t operator()(std::string_view text) const;
