@@ -171,7 +171,7 @@ PathStatus StatusOf(const std::string& path) {
 }
 
 int LastWrite(const std::string& path, FileTime& time) {
-  if (path == Fuzzing::MemoryFiles::kDirectory) {
+  if (path == Fuzzing::MemoryFiles::kDirectory || path == "/.") {
     time = {TheDisk().namesChanged, 0};
     return 0;
   }
