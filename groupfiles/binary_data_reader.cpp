@@ -208,10 +208,15 @@ void CBinaryDataReader<T, U>::Gather(const DataLayout& layout, std::vector<Colum
   Pages::Reserve<U>(vectors, static_cast<std::size_t>(points));
   const RowRange rows{0, points, 1};
   std::optional<Missing> missing;
-  PassAtRest(this->m_stream.SystemFile(), [&] {
+  const auto pass = [&] {
     for (std::vector<U>* const values : vectors) values->clear();
     missing = GatherAll(columns, layout.Stride(), rows);
-  });
+  };
+  if (this->HasBuffer()) {
+    pass();  // the file is closed by now
+  } else {
+    PassAtRest(this->m_stream.SystemFile(), pass);
+  }
   if (!missing) return;
   ColumnPlan plan{{}, layout.Stride()};
   columns.resize(requested);
