@@ -15,65 +15,59 @@ using SumaraApi::RunPtr;
 
 RunPtr Named(const std::string& path) { return std::make_shared<Run>(path, /*bufferedRead=*/true); }
 
-TEST(RunCacheTest, ARunIsFoundByItsPathInAnyCase) {
-  RunCache cache;
+class RunCacheTest : public ::testing::Test {
+ protected:
+  RunCache m_cache;
+  RunPtr m_a = Named("/runs/a.$TE");
+  RunPtr m_sameAsA = Named("/runs/A.$TE");
+  RunPtr m_b = Named("/runs/b.$TE");
+};
+
+TEST_F(RunCacheTest, ARunIsFoundByItsPathInAnyCase) {
   const RunPtr run = Named("/runs/Power.$TE");
-  EXPECT_EQ(cache.Add(run), run);
-  EXPECT_EQ(cache.Find("/runs/Power.$TE"), run);
-  EXPECT_EQ(cache.Find("/RUNS/power.$te"), run);
-  EXPECT_EQ(cache.Find("/runs/Power2.$TE"), nullptr);
+  EXPECT_EQ(m_cache.Add(run), run);
+  EXPECT_EQ(m_cache.Find("/runs/Power.$TE"), run);
+  EXPECT_EQ(m_cache.Find("/RUNS/power.$te"), run);
+  EXPECT_EQ(m_cache.Find("/runs/Power2.$TE"), nullptr);
 }
 
-TEST(RunCacheTest, ARunThatIsAddedLeavesTheOneThatIsThere) {
-  RunCache cache;
-  const RunPtr first = Named("/runs/a.$TE");
-  cache.Replace({first});
-  EXPECT_EQ(cache.Add(Named("/runs/A.$TE")), first);
-  EXPECT_EQ(cache.Find("/runs/A.$TE"), first);
+TEST_F(RunCacheTest, ARunThatIsAddedLeavesTheOneThatIsThere) {
+  m_cache.Replace({m_a});
+  EXPECT_EQ(m_cache.Add(m_sameAsA), m_a);
+  EXPECT_EQ(m_cache.Find("/runs/A.$TE"), m_a);
 }
 
-TEST(RunCacheTest, RunsOfASearchTakeThePlacesOfEarlierOnes) {
-  RunCache cache;
-  const RunPtr a = Named("/runs/a.$TE");
-  const RunPtr b = Named("/runs/b.$TE");
-  const RunPtr other = Named("/runs/A.$TE");
-  cache.Replace({a, b});
-  EXPECT_EQ(cache.Find("/runs/a.$TE"), a);
-  cache.Replace({other});
-  EXPECT_EQ(cache.Find("/runs/a.$TE"), other);
-  EXPECT_EQ(cache.Find("/runs/b.$TE"), b);
+TEST_F(RunCacheTest, RunsOfASearchTakeThePlacesOfEarlierOnes) {
+  m_cache.Replace({m_a, m_b});
+  EXPECT_EQ(m_cache.Find("/runs/a.$TE"), m_a);
+  m_cache.Replace({m_sameAsA});
+  EXPECT_EQ(m_cache.Find("/runs/a.$TE"), m_sameAsA);
+  EXPECT_EQ(m_cache.Find("/runs/b.$TE"), m_b);
 }
 
-TEST(RunCacheTest, OfTheSamePathTheLastOfSeveralSearchesIsKept) {
-  RunCache cache;
-  const RunPtr a = Named("/runs/a.$TE");
-  const RunPtr other = Named("/runs/A.$TE");
-  cache.Replace({other, a});
-  EXPECT_EQ(cache.Find("/runs/A.$TE"), a);
-  cache.Replace({a});
-  cache.Replace({a, other});
-  EXPECT_EQ(cache.Find("/runs/a.$TE"), other);
+TEST_F(RunCacheTest, OfTheSamePathTheLastOfSeveralSearchesIsKept) {
+  m_cache.Replace({m_sameAsA, m_a});
+  EXPECT_EQ(m_cache.Find("/runs/A.$TE"), m_a);
+  m_cache.Replace({m_a});
+  m_cache.Replace({m_a, m_sameAsA});
+  EXPECT_EQ(m_cache.Find("/runs/a.$TE"), m_sameAsA);
 }
 
-TEST(RunCacheTest, ARunThatIsRemovedIsGone) {
-  RunCache cache;
-  cache.Replace({Named("/runs/a.$TE"), Named("/runs/b.$TE")});
-  cache.Remove("/runs/A.$TE");
-  cache.Remove("/runs/none.$TE");
-  EXPECT_EQ(cache.Find("/runs/a.$TE"), nullptr);
-  EXPECT_NE(cache.Find("/runs/b.$TE"), nullptr);
+TEST_F(RunCacheTest, ARunThatIsRemovedIsGone) {
+  m_cache.Replace({m_a, m_b});
+  m_cache.Remove("/runs/A.$TE");
+  m_cache.Remove("/runs/none.$TE");
+  EXPECT_EQ(m_cache.Find("/runs/a.$TE"), nullptr);
+  EXPECT_EQ(m_cache.Find("/runs/b.$TE"), m_b);
 }
 
-TEST(RunCacheTest, AClearedCacheKeepsNoRun) {
-  RunCache cache;
-  const RunPtr sought = Named("/runs/a.$TE");
-  const RunPtr found = Named("/runs/b.$TE");
-  cache.Add(sought);
-  cache.Replace({found});
-  cache.Clear();
-  EXPECT_EQ(sought.use_count(), 1);
-  EXPECT_EQ(found.use_count(), 1);
-  EXPECT_EQ(cache.Find("/runs/b.$TE"), nullptr);
+TEST_F(RunCacheTest, AClearedCacheKeepsNoRun) {
+  m_cache.Add(m_a);
+  m_cache.Replace({m_b});
+  m_cache.Clear();
+  EXPECT_EQ(m_a.use_count(), 1);
+  EXPECT_EQ(m_b.use_count(), 1);
+  EXPECT_EQ(m_cache.Find("/runs/b.$TE"), nullptr);
 }
 
 }  // namespace
