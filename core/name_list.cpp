@@ -43,7 +43,12 @@ void NameList::Append(std::string_view name) {
 }
 
 void NameList::Remove(std::size_t place) noexcept {
+  const Piece gone = m_pieces[place];
   m_pieces.erase(m_pieces.begin() + static_cast<std::ptrdiff_t>(place));
+  m_text.erase(gone.at, gone.size);  // who adds and removes for ever takes no more memory
+  for (Piece& piece : m_pieces) {
+    if (piece.at > gone.at) piece.at -= gone.size;
+  }
 }
 
 std::vector<std::string> NameList::Strings() const {

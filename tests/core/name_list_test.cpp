@@ -31,6 +31,19 @@ TEST(NameListTest, NamesStandInTheirOrder) {
   EXPECT_TRUE(NameList().Empty());
 }
 
+TEST(NameListTest, WhatIsRemovedLeavesNoTextBehind) {
+  NameList names{"Mx", "", "My", "Mz"};
+  for (int round = 0; round < 100; ++round) {
+    names.Remove(2);
+    names.Append("My");
+    names.Remove(2);
+    names.Append("Mz");
+  }
+  names.Remove(1);
+  EXPECT_EQ(names, (Strings{"Mx", "My", "Mz"}));
+  EXPECT_EQ(names[2].data() - names[0].data(), 4);
+}
+
 TEST(NameListTest, CopiesAndMovesHoldTheSameNames) {
   const NameList names = NameList::Split("'a b' c", '\'');
   NameList copy = names;
